@@ -1,0 +1,6 @@
+// Everything of the C++ interface.
+#pragma once
+
+#include "korvex/linear.hpp"
+#include "korvex/module_matrix.hpp"
+#include "korvex/result.hpp"
