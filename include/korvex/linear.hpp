@@ -108,14 +108,14 @@ struct Symbol {
 /// symbology does not offer. Dialect::korvex32 draws what Korvex_Bit draws: MSI has a light module between
 /// characters, supplied check digits stand unverified, and Code 39 and Codabar data must bring their own start
 /// and stop characters.
-[[nodiscard]] Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
-[[nodiscard]] Result<Symbol> encode(const Options& options, std::string_view data);
+[[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
+[[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 
 /// Light modules that the symbology's standard asks for left and right of the symbol.
 struct QuietZones {
   int left = 10;
   int right = 10;
 };
-[[nodiscard]] QuietZones quiet_zones(const Options& options);
+[[nodiscard]] KORVEX_API QuietZones quiet_zones(const Options& options);
 
 }  // namespace korvex::linear
