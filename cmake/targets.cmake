@@ -55,7 +55,7 @@ endfunction()
 
 # A GoogleTest program test_<name> of all .cpp files in the current folder, labelled with its name.
 function(korvex_test name)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.c)
   if(NOT sources)
     return()
   endif()

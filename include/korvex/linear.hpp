@@ -94,20 +94,21 @@ class ModuleRow {
 
 struct Symbol {
   ModuleRow bars;
-  ModuleRow guards;  ///< as long as `bars`, true where a guard bar of EAN-13, UPC-A, EAN-8 or UPC-E stands; else empty
+  ModuleRow guards;  ///< as long as `bars`, true where a guard bar of EAN-13, UPC-A, EAN-8 or UPC-E stands;
+                     ///< else empty
   std::string text;  ///< human readable text, check digits included; empty when the symbology has none
-  /// Sizes of the groups that `text` falls into beside and under the bars (EAN-13: 1, 6, 6; UPC-A: 1, 5, 5, 1;
-  /// EAN-8: 0, 4, 4; UPC-E: 1, 6, 1; SSCC-18: 4, 1, 7, 9, 1); all 0: one group.
+  /// Sizes of the groups that `text` falls into beside and under the bars (EAN-13: 1, 6, 6; UPC-A: 1, 5, 5,
+  /// 1; EAN-8: 0, 4, 4; UPC-E: 1, 6, 1; SSCC-18: 4, 1, 7, 9, 1); all 0: one group.
   std::array<std::uint16_t, 5> text_groups{};
 };
 
 /// Encodes `data` as one linear symbol, without quiet zones.
 ///
-/// Errors: bad_data for a character or a length that the symbology does not allow, a supplied check digit that is
-/// wrong (EAN/UPC, SSCC-18) or data too long to hold; bad_parameter for options out of range or that the
-/// symbology does not offer. Dialect::korvex32 draws what Korvex_Bit draws: MSI has a light module between
-/// characters, supplied check digits stand unverified, and Code 39 and Codabar data must bring their own start
-/// and stop characters.
+/// Errors: bad_data for a character or a length that the symbology does not allow, a supplied check digit
+/// that is wrong (EAN/UPC, SSCC-18) or data too long to hold; bad_parameter for options out of range or that
+/// the symbology does not offer. Dialect::korvex32 draws what Korvex_Bit draws: MSI has a light module
+/// between characters, supplied check digits stand unverified, and Code 39 and Codabar data must bring their
+/// own start and stop characters.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 

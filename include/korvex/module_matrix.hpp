@@ -10,8 +10,8 @@ namespace korvex {
 
 /// A symbol without quiet zone. (row 0, column 0) is the top left; true is dark.
 ///
-/// A row is a run of 64-bit words, column 0 in the most significant bit of the first; bits past the last column
-/// are 0. Encoders work on whole words, everyone else asks dark().
+/// A row is a run of 64-bit words, column 0 in the most significant bit of the first; bits past the last
+/// column are 0. Encoders work on whole words, everyone else asks dark().
 class ModuleMatrix {
  public:
   ModuleMatrix() = default;

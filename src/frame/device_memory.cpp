@@ -20,7 +20,8 @@ struct korvex::device::Bitmap {
 
   /// 1 bits are light. Requires a pixel inside.
   [[nodiscard]] bool light(int x, int y) const {
-    return (bits[static_cast<std::size_t>(y) * static_cast<std::size_t>(stride) + static_cast<std::size_t>(x / 8)] >>
+    return (bits[static_cast<std::size_t>(y) * static_cast<std::size_t>(stride) +
+                 static_cast<std::size_t>(x / 8)] >>
                 (7 - x % 8) &
             1) != 0;
   }
@@ -55,7 +56,7 @@ struct Korvex_Device {
   bool grows = false;
   bool failed = false;
   bool recording = false;
-  int width = 0;   // of a picture of fixed size
+  int width = 0;  // of a picture of fixed size
   int height = 0;
   int capacity_width = 0;  // of `pixels`
   int capacity_height = 0;
@@ -69,7 +70,8 @@ struct Korvex_Device {
   Korvex_Device* compatible_with = nullptr;  // the picture that records for a memory device context
 
   [[nodiscard]] std::size_t index(int x, int y) const {
-    return static_cast<std::size_t>(y) * static_cast<std::size_t>(capacity_width) + static_cast<std::size_t>(x);
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(capacity_width) +
+           static_cast<std::size_t>(x);
   }
 
   void note(Operation operation) noexcept {
@@ -98,7 +100,8 @@ struct Korvex_Device {
     const int new_height = grown(wanted_height, capacity_height);
     std::vector<Color> grown_pixels;
     try {
-      grown_pixels.assign(static_cast<std::size_t>(new_width) * static_cast<std::size_t>(new_height), kUnpainted);
+      grown_pixels.assign(static_cast<std::size_t>(new_width) * static_cast<std::size_t>(new_height),
+                          kUnpainted);
     } catch (const std::exception&) {  // bad_alloc, or length_error beyond the address space
       failed = true;
       return false;
@@ -126,8 +129,12 @@ Bitmap* create_bitmap(Korvex_Device* context, int width, int height, const std::
   context->note(Operation::create_bitmap);
   const int stride = (width + 15) / 16 * 2;
   try {
-    return new Bitmap{context, width, height, stride,
-                      {bits, bits + static_cast<std::ptrdiff_t>(stride) * static_cast<std::ptrdiff_t>(height)}};
+    return new Bitmap{
+        context,
+        width,
+        height,
+        stride,
+        {bits, bits + static_cast<std::ptrdiff_t>(stride) * static_cast<std::ptrdiff_t>(height)}};
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
@@ -191,7 +198,8 @@ void set_pixel(Korvex_Device* context, int x, int y, Color color) {
   if (context == nullptr) return;
   context->note(Operation::set_pixel);
   if (x < 0 || y < 0) return;
-  if (context->grows ? !context->reserve(x + 1, y + 1, true) : x >= context->width || y >= context->height) return;
+  if (context->grows ? !context->reserve(x + 1, y + 1, true) : x >= context->width || y >= context->height)
+    return;
   context->pixels[context->index(x, y)] = color;
   context->painted_to(x + 1, y + 1);
 }
@@ -214,7 +222,9 @@ Korvex_Device* korvex_device_create(int32_t width, int32_t height) {
   return device;
 }
 
-void korvex_device_destroy(Korvex_Device* device) { delete device; }
+void korvex_device_destroy(Korvex_Device* device) {
+  delete device;
+}
 
 void korvex_device_set_colors(Korvex_Device* device, uint32_t text, uint32_t background) {
   device->text = text & 0xFFFFFF;
@@ -235,7 +245,8 @@ int korvex_device_is_painted(const Korvex_Device* device, int32_t x, int32_t y) 
 }
 
 uint32_t korvex_device_pixel(const Korvex_Device* device, int32_t x, int32_t y) {
-  return korvex_device_is_painted(device, x, y) ? device->pixels[device->index(x, y)] : korvex::device::kWhite;
+  return korvex_device_is_painted(device, x, y) ? device->pixels[device->index(x, y)]
+                                                : korvex::device::kWhite;
 }
 
 void korvex_device_painted_size(const Korvex_Device* device, int32_t* width, int32_t* height) {
@@ -243,9 +254,13 @@ void korvex_device_painted_size(const Korvex_Device* device, int32_t* width, int
   *height = device->painted_height;
 }
 
-int korvex_device_failed(const Korvex_Device* device) { return device->failed ? 1 : 0; }
+int korvex_device_failed(const Korvex_Device* device) {
+  return device->failed ? 1 : 0;
+}
 
-void korvex_device_record(Korvex_Device* device, int on) { device->recording = on != 0; }
+void korvex_device_record(Korvex_Device* device, int on) {
+  device->recording = on != 0;
+}
 
 int32_t korvex_device_operation_count(const Korvex_Device* device) {
   return static_cast<int32_t>(device->operations.size());

@@ -18,8 +18,8 @@ std::int16_t guarded(Call call) noexcept {
 
 }  // namespace
 
-int16_t KORVEX_CALL Korvex_Bit(uint16_t type, uint16_t guard_option, uint16_t text_option, const Bar_Ratio* ratio,
-                               const Bit_Data* data, Bit_Result* result) {
+int16_t KORVEX_CALL Korvex_Bit(uint16_t type, uint16_t guard_option, uint16_t text_option,
+                               const Bar_Ratio* ratio, const Bit_Data* data, Bit_Result* result) {
   return guarded([&] { return korvex::linear::entry(type, guard_option, text_option, ratio, data, result); });
 }
 int16_t KORVEX_CALL Korvex_Bit_x64(uint16_t type, uint16_t guard_option, uint16_t text_option,
@@ -27,29 +27,44 @@ int16_t KORVEX_CALL Korvex_Bit_x64(uint16_t type, uint16_t guard_option, uint16_
   return Korvex_Bit(type, guard_option, text_option, ratio, data, result);
 }
 
-int16_t KORVEX_CALL QR_Encode(Korvex_Device_Context, QR_Params*, Symbol_Size*) { return KORVEX_NO_SYMBOL; }
+int16_t KORVEX_CALL QR_Encode(Korvex_Device_Context, QR_Params*, Symbol_Size*) {
+  return KORVEX_NO_SYMBOL;
+}
 int16_t KORVEX_CALL QR_Encode_x64(Korvex_Device_Context device, QR_Params* params, Symbol_Size* size) {
   return QR_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL PDF_Encode(Korvex_Device_Context, const PDF_Params*, Symbol_Size*) { return KORVEX_NO_SYMBOL; }
-int16_t KORVEX_CALL PDF_Encode_x64(Korvex_Device_Context device, const PDF_Params* params, Symbol_Size* size) {
+int16_t KORVEX_CALL PDF_Encode(Korvex_Device_Context, const PDF_Params*, Symbol_Size*) {
+  return KORVEX_NO_SYMBOL;
+}
+int16_t KORVEX_CALL PDF_Encode_x64(Korvex_Device_Context device, const PDF_Params* params,
+                                   Symbol_Size* size) {
   return PDF_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL DATA_Encode(Korvex_Device_Context, const DATA_Params*, Symbol_Size*) { return KORVEX_NO_SYMBOL; }
-int16_t KORVEX_CALL DATA_Encode_x64(Korvex_Device_Context device, const DATA_Params* params, Symbol_Size* size) {
+int16_t KORVEX_CALL DATA_Encode(Korvex_Device_Context, const DATA_Params*, Symbol_Size*) {
+  return KORVEX_NO_SYMBOL;
+}
+int16_t KORVEX_CALL DATA_Encode_x64(Korvex_Device_Context device, const DATA_Params* params,
+                                    Symbol_Size* size) {
   return DATA_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL MAXI_Encode(Korvex_Device_Context, const MAXI_Params*, Symbol_Size*) { return KORVEX_NO_SYMBOL; }
-int16_t KORVEX_CALL MAXI_Encode_x64(Korvex_Device_Context device, const MAXI_Params* params, Symbol_Size* size) {
+int16_t KORVEX_CALL MAXI_Encode(Korvex_Device_Context, const MAXI_Params*, Symbol_Size*) {
+  return KORVEX_NO_SYMBOL;
+}
+int16_t KORVEX_CALL MAXI_Encode_x64(Korvex_Device_Context device, const MAXI_Params* params,
+                                    Symbol_Size* size) {
   return MAXI_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL CC_Encode(Korvex_Device_Context, const CC_Params*, Symbol_Size*) { return KORVEX_NO_SYMBOL; }
+int16_t KORVEX_CALL CC_Encode(Korvex_Device_Context, const CC_Params*, Symbol_Size*) {
+  return KORVEX_NO_SYMBOL;
+}
 int16_t KORVEX_CALL CC_Encode_x64(Korvex_Device_Context device, const CC_Params* params, Symbol_Size* size) {
   return CC_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL VERI_Encode(Korvex_Device_Context, const VERI_Params*, Symbol_Size*) { return KORVEX_NO_SYMBOL; }
+int16_t KORVEX_CALL VERI_Encode(Korvex_Device_Context, const VERI_Params*, Symbol_Size*) {
+  return KORVEX_NO_SYMBOL;
+}

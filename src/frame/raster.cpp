@@ -41,7 +41,9 @@ void expand(std::span<const std::uint64_t> modules, int columns, int module_widt
 
 }  // namespace
 
-void Bitmap::Free::operator()(std::uint8_t* bytes) const { std::free(bytes); }
+void Bitmap::Free::operator()(std::uint8_t* bytes) const {
+  std::free(bytes);
+}
 
 Bitmap::Bitmap(std::int64_t width, std::int64_t height) {
   constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
@@ -55,7 +57,8 @@ Bitmap::Bitmap(std::int64_t width, std::int64_t height) {
 }
 
 void blit(Korvex_Device_Context device, Bitmap& bitmap, int y) {
-  device::Bitmap* const source = device::create_bitmap(device, bitmap.width(), bitmap.height(), bitmap.row(0));
+  device::Bitmap* const source =
+      device::create_bitmap(device, bitmap.width(), bitmap.height(), bitmap.row(0));
   const Korvex_Device_Context memory = device::create_compatible_dc(device);
   device::select_object(memory, source);
   device::bit_blt(device, 0, y, bitmap.width(), bitmap.height(), memory);

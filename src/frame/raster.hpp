@@ -38,12 +38,13 @@ class Bitmap {
   std::unique_ptr<std::uint8_t, Free> bytes_;
 };
 
-/// Copies `bitmap` to the device with its top left at (0, y): the bitmap path, in the order of operations that
-/// every drawing function has.
+/// Copies `bitmap` to the device with its top left at (0, y): the bitmap path, in the order of operations
+/// that every drawing function has.
 void blit(Korvex_Device_Context device, Bitmap& bitmap, int y);
 
-/// Paints `symbol` at (0, 0) through the bitmap path. Returns KORVEX_OK, or KORVEX_NO_SYMBOL with nothing painted
-/// when there is no memory for the bitmap (or it would pass 2^31 - 1 bytes, the most a 32-bit process could have).
+/// Paints `symbol` at (0, 0) through the bitmap path. Returns KORVEX_OK, or KORVEX_NO_SYMBOL with nothing
+/// painted when there is no memory for the bitmap (or it would pass 2^31 - 1 bytes, the most a 32-bit process
+/// could have).
 std::int16_t paint(Korvex_Device_Context device, const ModuleMatrix& symbol, ModulePixels module);
 
 }  // namespace korvex::raster

@@ -1,5 +1,5 @@
-// The records' layout, held at compile time. On a 32-bit target every offset is the one that programs of twenty
-// years rely on; on a 64-bit target the pointers widen and the order stays.
+// The records' layout, held at compile time. On a 32-bit target every offset is the one that programs of
+// twenty years rely on; on a 64-bit target the pointers widen and the order stays.
 #include <cstddef>
 
 #include "korvex/korvex32.h"
@@ -7,8 +7,8 @@
 namespace {
 
 // A field's place in a 32-bit process, and its width there (pointers: 4).
-#define KORVEX_FIELD(record, field, offset, width)                                    \
-  static_assert(sizeof(void*) != 4 || (offsetof(record, field) == (offset) &&         \
+#define KORVEX_FIELD(record, field, offset, width)                            \
+  static_assert(sizeof(void*) != 4 || (offsetof(record, field) == (offset) && \
                                        sizeof(static_cast<record*>(nullptr)->field) == (width)))
 
 KORVEX_FIELD(Symbol_Size, width, 0, 2);

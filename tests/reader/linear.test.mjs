@@ -1,0 +1,116 @@
+// Every linear symbology that the reader knows, over random data of every length class, from the PNG files that
+// people get.
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { bytesOf, draw, Random, read, readBack } from './reader.mjs';
+
+const digits = '0123456789';
+const ascii = Array.from({ length: 128 }, (_, code) => String.fromCharCode(code)).join('');
+const printable = ascii.slice(32, 127);
+
+/** The GS1 check digit that goes behind `text`. */
+function checkDigit(text) {
+  const sum = [...text].reverse().reduce((total, digit, i) => total + Number(digit) * (i % 2 === 0 ? 3 : 1), 0);
+  return String((10 - (sum % 10)) % 10);
+}
+const checked = (text) => text + checkDigit(text);
+
+/** The twelve digits of the UPC-A number that a UPC-E number of system 0 stands for, check digit included. */
+function upcA(six) {
+  const [d1, d2, d3, d4, d5, d6] = six;
+  if (d6 <= '2') return checked(`0${d1}${d2}${d6}0000${d3}${d4}${d5}`);
+  if (d6 === '3') return checked(`0${d1}${d2}${d3}00000${d4}${d5}`);
+  if (d6 === '4') return checked(`0${d1}${d2}${d3}${d4}00000${d5}`);
+  return checked(`0${d1}${d2}${d3}${d4}${d5}0000${d6}`);
+}
+
+/** The modules of a linear symbol, '1' a bar, without quiet zone. */
+async function drawText(symbology, data) {
+  const text = await draw(symbology, data, ['--quiet-zone', '0', '--no-text'], 'txt');
+  return text.toString().split('\n')[0];
+}
+
+/** A picture of bars, four pixels a module, with quiet zones. */
+function pictureOf(bars) {
+  const [scale, quiet, height] = [4, 12, 60];
+  const width = (bars.length + 2 * quiet) * scale;
+  const data = new Uint8ClampedArray(width * height * 4).fill(255);
+  for (let y = 0; y < height; ++y) {
+    for (let x = 0; x < bars.length * scale; ++x) {
+      if (bars[Math.floor(x / scale)] === '1') data.fill(0, ((y * width) + quiet * scale + x) * 4, ((y * width) + quiet * scale + x) * 4 + 3);
+    }
+  }
+  return { data, width, height };
+}
+
+const ratios = [['--ratio', '2:1'], ['--ratio', '3:1'], ['--ratio', '5:2']];
+const itself = (data) => data;
+
+// Lengths are those of the data given to the command; ITF below four digits is not found by the reader.
+const symbologies = [
+  { name: 'codabar', format: 'Codabar', alphabet: '0123456789-$:/.+', lengths: [1, 2, 7, 16, 40],
+    make: (data, random) => random.string('ABCD', 1) + data + random.string('ABCD', 1), expect: itself,
+    variants: ratios },
+  { name: 'code39', format: 'Code39Std', alphabet: '0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ-. $/+%',
+    lengths: [1, 2, 5, 12, 30], expect: itself, variants: ratios },
+  { name: 'code93', format: 'Code93', alphabet: ascii, lengths: [1, 2, 3, 9, 21, 50], expect: itself },
+  { name: 'itf', format: 'ITF', alphabet: digits, lengths: [5, 6, 9, 14, 20, 60],
+    expect: (data) => (data.length % 2 ? '0' + data : data), variants: ratios },
+  { name: 'ean13', format: 'EAN13', alphabet: digits, lengths: [12], expect: checked },
+  { name: 'upca', format: 'UPCA', alphabet: digits, lengths: [11], expect: (data) => '0' + checked(data) },
+  { name: 'ean8', format: 'EAN8', alphabet: digits, lengths: [7], expect: checked },
+  { name: 'upce', format: 'UPCE', alphabet: digits, lengths: [6], expect: (data) => '0' + upcA(data) },
+  { name: 'sscc18', format: 'Code128', alphabet: digits, lengths: [17], expect: (data) => '00' + checked(data) },
+  { name: 'code128', format: 'Code128', alphabet: ascii, lengths: [1, 2, 3, 8, 20, 48, 80], expect: itself },
+  { name: 'code128', format: 'Code128', alphabet: '000111222333444555666777888999AZaz', lengths: [2, 5, 9, 20, 41],
+    expect: itself },
+  { name: 'code128-inband', format: 'Code128', alphabet: printable.replace('>', ''), lengths: [1, 5, 20],
+    expect: itself },
+  { name: 'code128-inband', format: 'Code128', alphabet: digits, lengths: [2, 10, 30],
+    make: (data) => '>I' + data, expect: (data) => data.slice(2) },
+  { name: 'code128-segments', format: 'Code128', alphabet: digits, lengths: [8],
+    make: (data) => `A02C04B02AZ${data.slice(0, 4)}bz`, expect: (data) => data.slice(9),
+    variants: [['--segments', '3']] },
+];
+
+for (const { name, format, alphabet, lengths, make, expect, variants } of symbologies) {
+  for (const variant of variants ?? [[]]) {
+    test(`${name} ${variant.join(' ')} of ${alphabet.length} characters reads back`, async () => {
+      const random = new Random(name.length * 1000 + alphabet.length);
+      for (const length of lengths) {
+        for (let round = 0; round < 8; ++round) {
+          const plain = random.string(alphabet, length);
+          const data = make ? make(plain, random) : plain;
+          const result = await readBack(name, data, format, ['--module', '2', ...variant]);
+          assert.equal(bytesOf(result), expect(data), `${name} of ${JSON.stringify(data)}`);
+        }
+      }
+    });
+  }
+}
+
+test('a supplied check digit is drawn as it is', async () => {
+  for (const [name, data, format] of [
+    ['ean13', '4006381333931', 'EAN13'],
+    ['ean8', '96385074', 'EAN8'],
+  ]) {
+    assert.equal(bytesOf(await readBack(name, data, format)), data);
+  }
+});
+
+test('GS1-128 is told apart from plain Code 128', async () => {
+  const gs1 = await readBack('sscc18', '00000000000000000', 'Code128');
+  assert.equal(gs1.symbologyIdentifier, ']C1');
+  assert.equal((await readBack('code128', 'AB12', 'Code128')).symbologyIdentifier, ']C0');
+});
+
+test('add-ons read beside an EAN-13', async () => {
+  const random = new Random(15);
+  for (let round = 0; round < 20; ++round) {
+    const main = random.string(digits, 12);
+    const addon = random.string(digits, round % 2 ? 2 : 5);
+    const bars = (await drawText('ean13', main)) + '0'.repeat(9) + (await drawText('addon', addon));
+    const [result] = await read(pictureOf(bars), 'EAN13', { eanAddOnSymbol: 'Require' });
+    assert.equal(result?.text.replace(' ', ''), checked(main) + addon);
+  }
+});
