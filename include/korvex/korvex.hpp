@@ -4,3 +4,4 @@
 #include "korvex/linear.hpp"
 #include "korvex/module_matrix.hpp"
 #include "korvex/result.hpp"
+#include "korvex/veri.hpp"

@@ -3,6 +3,7 @@
 
 #include "korvex/korvex32.h"
 #include "linear/entry.hpp"
+#include "veri/entry.hpp"
 
 namespace {
 
@@ -65,6 +66,6 @@ int16_t KORVEX_CALL CC_Encode_x64(Korvex_Device_Context device, const CC_Params*
   return CC_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL VERI_Encode(Korvex_Device_Context, const VERI_Params*, Symbol_Size*) {
-  return KORVEX_NO_SYMBOL;
+int16_t KORVEX_CALL VERI_Encode(Korvex_Device_Context device, const VERI_Params* params, Symbol_Size* size) {
+  return guarded([&] { return korvex::veri::entry(device, params, size); });
 }
