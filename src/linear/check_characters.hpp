@@ -6,6 +6,9 @@
 
 namespace korvex::linear {
 
+/// The value of a symbol character.
+using Value = std::uint8_t;
+
 /// How the symbol character values are weighted. "From the right" starts at the last value.
 enum class CheckMethod : std::int16_t {
   none = 0,
@@ -17,8 +20,7 @@ enum class CheckMethod : std::int16_t {
   positional = 6,    ///< 1, 1, 2, 3 ... from the left
 };
 
-/// One check character: the weighted sum modulo `modulus`, or (without `no_complement`) what is missing to
-/// it.
+/// One check character: the weighted sum modulo `modulus`, or (without `no_complement`) what it lacks.
 struct CheckRule {
   std::int16_t enabled = 0;
   CheckMethod method = CheckMethod::none;
@@ -39,7 +41,7 @@ struct CheckRules {
 };
 
 /// The check character of `rule` for `values`. Requires a method and a modulus above 0.
-int check_character(const CheckRule& rule, std::span<const std::uint8_t> values);
+int check_character(const CheckRule& rule, std::span<const Value> values);
 
 /// The GS1 check digit (GS1 General Specifications 7.9): weights 3 and 1 from the right.
 inline constexpr CheckRule kGs1CheckDigit{1, CheckMethod::alternating, 10, 3};

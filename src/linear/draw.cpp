@@ -69,12 +69,10 @@ Fault draw(const Request& request, Drawing& drawing) {
   if (const Fault fault = steps.read(request, drawing.values)) return fault;
   if (request.widths != nullptr && !steps.two_widths) return {Reason::widths_not_offered};
   steps.construct(request, drawing);
-  drawing.bars.finish();
-  drawing.guards.finish();
 
   const int characters = symbol_characters(request, drawing.values);
   if (characters > kMaxSymbolCharacters) return {Reason::too_many_characters, 0, characters};
-  const int modules = drawing.bars.module_count();
+  const int modules = drawing.bars.module_count;
   if (modules > kMaxModules) return {Reason::too_many_modules};
   if (modules == 0) return {Reason::no_modules};
   return {};

@@ -92,9 +92,9 @@ Error check_options(const Options& options) {
   return {};
 }
 
-ModuleRow module_row(const BarWriter& bars) {
-  const int modules = bars.module_count();
-  return {std::vector<std::uint32_t>(bars.words(), bars.words() + (modules + 31) / 32), modules};
+ModuleRow module_row(const Bars& bars) {
+  const std::uint32_t* const words = bars.words.data();
+  return {std::vector<std::uint32_t>(words, words + (bars.module_count + 31) / 32), bars.module_count};
 }
 
 }  // namespace

@@ -50,11 +50,11 @@ void write_text(const GroupedText& text, Bit_Result& result) {
 }
 
 void write_patterns(const Drawing& drawing, Bit_Result& result) {
-  const int modules = drawing.bars.module_count();
+  const int modules = drawing.bars.module_count;
   const int words = modules / 32 + 1;
-  std::copy_n(drawing.bars.words(), words, result.bars);
-  if (drawing.guards.module_count() > 0) {
-    std::copy_n(drawing.guards.words(), words, result.guards);
+  std::copy_n(drawing.bars.words.data(), words, result.bars);
+  if (drawing.guards.module_count > 0) {
+    std::copy_n(drawing.guards.words.data(), words, result.guards);
   } else {
     std::fill_n(result.guards, words, 0U);
   }

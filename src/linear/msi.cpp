@@ -63,7 +63,7 @@ Fault read_msi(const Request& request, Values& values) {
 
 void construct_msi(const Request& request, Drawing& drawing) {
   append_check_characters(request.rules, drawing.values);
-  lay_out_framed(drawing.values, kStart, PatternPen(drawing.bars, kPatterns, request.gap));
+  draw_framed(request, kPatterns, drawing);
 }
 
 }  // namespace korvex::linear

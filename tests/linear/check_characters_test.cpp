@@ -13,7 +13,7 @@ TEST(CheckCharacters, SixMethodsGiveTheValuesWorkedOutByHand) {
   struct Case {
     const char* sum;  // as worked out
     CheckRule rule;   // enabled, method, modulus, weight, no-complement, ten, eleven
-    std::vector<std::uint8_t> values;
+    std::vector<Value> values;
     int expected;
   };
   const std::vector<Case> cases = {

@@ -120,8 +120,7 @@ TEST(KorvexBit, WritesGuardsAndTextWhereTheyAreAskedFor) {
   }
 }
 
-// Two things are wrong in some rows: the data is looked at before the widths, both before the symbol is
-// drawn.
+// Two things are wrong in some rows: the data comes first, then the widths, then the symbol.
 TEST(KorvexBit, RefusesWithTheCodeOfTheFirstCheckThatFails) {
   const Bar_Ratio own = widths(1, 1, 3, 3);
   const std::vector<std::pair<Call, int>> cases = {

@@ -1,5 +1,4 @@
-// Symbols that common readers do not know are read here from their bars, by the symbologies' own
-// descriptions.
+// Symbols that common readers do not know are read from their bars, as their descriptions say.
 #include <gtest/gtest.h>
 
 #include <algorithm>

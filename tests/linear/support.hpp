@@ -53,8 +53,7 @@ inline Answer call(const Call& given) {
   constexpr char kCharacter = 0x7E;
   constexpr std::uint16_t kGroup = 0xBEEF;
   constexpr int kWords = 188;
-  // One word more than any symbol needs; the data in a block of its exact size, where a sanitizer sees its
-  // end.
+  // One word more than any symbol needs. The data has a block of its own size: a sanitizer sees its end.
   std::vector<std::uint32_t> bars(kWords + 1, kWord);
   std::vector<std::uint32_t> guards(kWords + 1, kWord);
   std::array<char, 24> text{};
