@@ -36,7 +36,7 @@ export function draw(symbology, data, options = [], format = 'png') {
   return new Promise((resolve, reject) => {
     const child = execFile(
       korvex,
-      ['draw', symbology, ...options, '-o', '-', '--format', format],
+      ['draw', symbology, '--data-file', '-', ...options, '-o', '-', '--format', format],
       { encoding: 'buffer', maxBuffer: 1 << 26 },
       (error, file, message) => (error ? reject(new Error(`${symbology}: ${message}`)) : resolve(file)),
     );
