@@ -142,7 +142,8 @@ void print_general_help() {
 
 /// One line ending at the end of what somebody typed or piped is no data.
 void drop_line_ending(std::string& data) {
-  if (data.ends_with('\n')) data.pop_back();
+  if (!data.ends_with('\n')) return;
+  data.pop_back();
   if (data.ends_with('\r')) data.pop_back();
 }
 
