@@ -11,11 +11,11 @@ class App;
 
 namespace korvex::cli {
 
-int draw_command(std::vector<std::string> arguments);
-int list_command(std::vector<std::string> arguments);
-int call_command(std::vector<std::string> arguments);
+int draw_command(const std::vector<std::string>& arguments);
+int list_command(const std::vector<std::string>& arguments);
+int call_command(const std::vector<std::string>& arguments);
 
 /// Reads `arguments` into what `app` binds. False: help was asked for and printed. Throws UsageError.
-bool parse(CLI::App& app, std::vector<std::string> arguments);
+bool parse(CLI::App& app, const std::vector<std::string>& arguments);
 
 }  // namespace korvex::cli

@@ -69,7 +69,8 @@ std::string format_names() {
 }
 
 void add_common_options(CLI::App& app, DrawArguments& arguments) {
-  app.add_option("DATA", arguments.data, "the data; from --data-file or standard input when left out");
+  app.add_option("DATA", arguments.data, "the data; from --data-file or standard input when left out")
+      ->type_name("");
   const auto text = [&](const char* name, std::string& value, const char* type, const std::string& help,
                         const char* group) {
     app.add_option(name, value, help)->type_name(type)->group(group);
@@ -98,19 +99,26 @@ void add_common_options(CLI::App& app, DrawArguments& arguments) {
   text("--background", arguments.background, "COLOUR", "'#rrggbb', black, white or transparent", "Picture");
 }
 
-/// The arguments without the symbology, which may stand behind options.
+/// Whether an option of any symbology stands alone, so that no value follows it.
+bool is_flag(std::string_view name) {
+  if (name == "--hex" || name == "--verbose" || name == "--help" || name == "-h") return true;
+  return std::ranges::any_of(symbologies(), [&](const Symbology& symbology) {
+    const auto option = std::ranges::find(symbology.options, name, &Option::name);
+    return option != symbology.options.end() && option->is_flag();
+  });
+}
+
+/// Takes the symbology's name out of the arguments; options may stand before it.
 std::string take_symbology(std::vector<std::string>& arguments) {
-  constexpr std::array<std::string_view, 3> kFlags = {"--hex", "--verbose", "--no-text"};
   for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
     if (!argument->starts_with('-')) {
       std::string name = std::move(*argument);
       arguments.erase(argument);
       return name;
     }
-    const bool has_value = argument->find('=') == std::string::npos &&
-                           std::ranges::find(kFlags, std::string_view(*argument)) == kFlags.end() &&
-                           (argument->starts_with("--") || argument->size() == 2);
-    if (has_value && argument + 1 != arguments.end()) ++argument;
+    const bool has_value_inside =
+        argument->find('=') != std::string::npos || (argument->starts_with("-o") && argument->size() > 2);
+    if (!has_value_inside && !is_flag(*argument) && argument + 1 != arguments.end()) ++argument;
   }
   throw UsageError(
       "No symbology is given, as in korvex draw ean13 400638133393; korvex list shows them all.");
@@ -199,8 +207,10 @@ std::vector<Output> outputs_of(const DrawArguments& arguments) {
                      format_names() + ".");
   }
   std::vector<Output> outputs;
-  for (const std::string& path : arguments.outputs)
+  for (const std::string& path : arguments.outputs) {
     outputs.push_back({path, format_of(path, arguments.format)});
+  }
+  if (outputs.empty() && !arguments.format.empty()) outputs.push_back({"-", find_format(arguments.format)});
   return outputs;
 }
 
@@ -245,6 +255,15 @@ void finish_pictures(Drawing& drawing, const Symbology& symbology, const std::st
   }
 }
 
+void say_what_was_chosen(const Drawing& drawing, const Symbology& symbology) {
+  for (const std::string& note : drawing.notes) say(std::string(symbology.title) + ": " + note + ".");
+  for (const Picture& picture : drawing.pictures) {
+    const Box whole = bounds(picture);
+    say("The picture has " + decimal(whole.width, 2) + " x " + decimal(whole.height, 2) +
+        " modules with its quiet zone.");
+  }
+}
+
 void draw_in_terminal(const Drawing& drawing, const Style& style) {
   const Terminal terminal = standard_terminal();
   std::string lines;
@@ -281,9 +300,7 @@ int draw(const Symbology& symbology, const DrawArguments& arguments) {
   }
   Drawing drawing = std::move(result).value();
   finish_pictures(drawing, symbology, request.data, arguments.quiet_zone);
-  if (arguments.is_verbose) {
-    for (const std::string& note : drawing.notes) say(std::string(symbology.title) + ": " + note + ".");
-  }
+  if (arguments.is_verbose) say_what_was_chosen(drawing, symbology);
   if (outputs.empty()) {
     draw_in_terminal(drawing, style);
   } else {
@@ -294,12 +311,13 @@ int draw(const Symbology& symbology, const DrawArguments& arguments) {
 
 }  // namespace
 
-int draw_command(std::vector<std::string> arguments) {
+int draw_command(const std::vector<std::string>& arguments) {
   if (!arguments.empty() && (arguments.front() == "--help" || arguments.front() == "-h")) {
     print_general_help();
     return 0;
   }
-  const Symbology& symbology = find_symbology(take_symbology(arguments));
+  std::vector<std::string> rest = arguments;
+  const Symbology& symbology = find_symbology(take_symbology(rest));
   CLI::App app("Draws " + std::string(symbology.title) + " (" + std::string(symbology.standard) +
                    ").\nIt takes " + std::string(symbology.takes) + ".",
                "korvex draw " + std::string(symbology.name));
@@ -308,7 +326,7 @@ int draw_command(std::vector<std::string> arguments) {
   add_common_options(app, draw_arguments);
   app.footer("Data that begins with - stands behind --, as in korvex draw " + std::string(symbology.name) +
              " -o label.png -- -1.");
-  if (!parse(app, std::move(arguments))) return 0;
+  if (!parse(app, rest)) return 0;
   return draw(symbology, draw_arguments);
 }
 

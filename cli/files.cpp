@@ -50,11 +50,18 @@ bool write_all(int descriptor, std::string_view bytes) {
   return true;
 }
 
+/// Where a link leads, so that it stays a link; the path itself when it is none (or a broken one).
+std::filesystem::path end_of_links(const std::string& path) {
+  std::error_code error;
+  std::filesystem::path end = std::filesystem::canonical(path, error);
+  return error ? std::filesystem::path(path) : end;
+}
+
 /// A written file that still has another name, beside its own so that the file system is the same. Unless it
 /// is renamed it goes away with the object.
 class Draft {
  public:
-  explicit Draft(const OutputFile& file) : target_(std::filesystem::weakly_canonical(file.path)) {
+  explicit Draft(const OutputFile& file) : target_(end_of_links(file.path)) {
     for (int attempt = 0;; ++attempt) {
       const std::string name = ".korvex-" + std::to_string(getpid()) + "-" + std::to_string(attempt) + ".tmp";
       path_ = target_.parent_path() / name;
@@ -93,7 +100,7 @@ class Draft {
     if (std::exchange(exists_, false)) unlink(path_.c_str());
   }
 
-  std::filesystem::path target_;  // a link's end, so that the link stays
+  std::filesystem::path target_;
   std::filesystem::path path_;
   bool exists_ = false;
 };

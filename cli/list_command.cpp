@@ -65,11 +65,11 @@ std::string to_text(const Symbology& symbology) {
 
 }  // namespace
 
-int list_command(std::vector<std::string> arguments) {
+int list_command(const std::vector<std::string>& arguments) {
   CLI::App app("Shows every symbology: its name, what it takes and its own options.", "korvex list");
   bool as_json = false;
   app.add_flag("--json", as_json, "as a list of JSON objects, for programs");
-  if (!parse(app, std::move(arguments))) return 0;
+  if (!parse(app, arguments)) return 0;
 
   if (as_json) {
     ordered_json list = ordered_json::array();

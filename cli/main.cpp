@@ -1,6 +1,7 @@
 // The korvex command: which of its commands is meant, and what an error looks like.
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -8,6 +9,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "commands.hpp"
 #include "failure.hpp"
@@ -21,7 +23,7 @@ struct Command {
   std::string_view name;
   std::string_view usage;
   std::string_view help;
-  int (*run)(std::vector<std::string> arguments);
+  int (*run)(const std::vector<std::string>& arguments);
 };
 
 constexpr std::array kCommands = {
@@ -54,9 +56,9 @@ const Command& find_command(std::string_view name) {
                                   : "did you mean " + std::string(meant) + "?"));
 }
 
-int run(std::vector<std::string> arguments) {
+int run(const std::vector<std::string>& arguments) {
   if (arguments.empty()) throw UsageError("No command is given; korvex --help shows them.");
-  const std::string first = arguments.front();
+  const std::string& first = arguments.front();
   if (first == "--help" || first == "-h" || first == "help") {
     print_help();
     return 0;
@@ -65,8 +67,13 @@ int run(std::vector<std::string> arguments) {
     std::printf("korvex %d.%d.%d\n", KORVEX_VERSION_MAJOR, KORVEX_VERSION_MINOR, KORVEX_VERSION_PATCH);
     return 0;
   }
-  arguments.erase(arguments.begin());
-  return find_command(first).run(std::move(arguments));
+  return find_command(first).run({arguments.begin() + 1, arguments.end()});
+}
+
+/// What the command printed may still wait to be written. Returns the exit status.
+int finish(int status) {
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  throw Failure("Cannot write standard output: " + std::generic_category().message(errno) + ".");
 }
 
 int complain(const char* sentence, int status) {
@@ -82,7 +89,7 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE,
               SIG_IGN);  // a reader that went away is an error to report, not a reason to die unheard
   try {
-    return run(std::vector<std::string>(argv + std::min(argc, 1), argv + argc));
+    return finish(run(std::vector<std::string>(argv + std::min(argc, 1), argv + argc)));
   } catch (const UsageError& error) {
     return complain(error.what(), kExitUsage);
   } catch (const std::bad_alloc&) {

@@ -53,7 +53,7 @@ Box bounds(const Picture& picture) {
   }
   left = std::floor(left);
   top = std::floor(top);
-  return {left, top, std::ceil(right) - left, bottom - top};
+  return {left, top, std::ceil(right) - left, std::ceil(bottom) - top};
 }
 
 }  // namespace korvex::cli

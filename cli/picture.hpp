@@ -54,8 +54,7 @@ struct Picture {
 /// Everything that is dark: whole runs of modules in each row, top row first.
 std::vector<Box> dark_boxes(const Picture& picture);
 
-/// The symbol, its quiet zone and its texts. Left and top are whole numbers of modules, so the symbol stays
-/// on the grid of modules.
+/// The symbol, its quiet zone and its texts; in whole modules, so that the symbol stays on their grid.
 Box bounds(const Picture& picture);
 
 }  // namespace korvex::cli

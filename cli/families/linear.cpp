@@ -144,8 +144,7 @@ Result<Drawing> draw(const Row& row, const DrawRequest& request) {
 
   std::string note = std::to_string(symbol->bars.size()) + " modules";
   if (!symbol->text.empty()) note += ", text " + symbol->text;
-  note += ", bars " + decimal(height, 2) + " modules high, quiet zones of " + std::to_string(quiet.left) +
-          " and " + std::to_string(quiet.right) + " modules";
+  note += ", bars " + decimal(height, 2) + " modules high";
   return Drawing{{std::move(picture)}, {std::move(note)}};
 }
 

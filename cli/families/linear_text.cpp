@@ -8,10 +8,11 @@
 namespace korvex::cli::families {
 namespace {
 
-// In modules; ISO/IEC 15420 has digits of 2.75 mm and a gap of one module at 0.33 mm a module.
+// In modules; ISO/IEC 15420 has digits of 2.75 mm and 0.33 mm a module.
 constexpr double kDigitHeight = 8;
 constexpr double kSmallDigitHeight = 5;  // four modules wide, beside the bars of UPC-A and UPC-E
-constexpr double kGap = 1;
+constexpr double kGap = 1;               // between bars and digits of EAN/UPC
+constexpr double kTextGap = 2;
 constexpr double kLongerGuards = 5;
 
 /// Modules [begin, end) over which a group of digits spreads; from the symbol's right edge when `from_right`.
@@ -102,7 +103,7 @@ void place_linear_text(Picture& picture, linear::Symbology symbology, const line
   } else if (const Arrangement* const arrangement = arrangement_of(symbol)) {
     place_groups(picture, symbol, *arrangement);
   } else {
-    const Box box{0, picture.row_heights.back() + kGap * narrow, static_cast<double>(symbol.bars.size()),
+    const Box box{0, picture.row_heights.back() + kTextGap * narrow, static_cast<double>(symbol.bars.size()),
                   kDigitHeight * narrow};
     picture.texts.push_back({spaced(symbol), box, false});
   }

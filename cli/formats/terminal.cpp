@@ -136,13 +136,15 @@ Terminal standard_terminal() {
 std::string terminal_lines(const Picture& picture, const Style& style, const Terminal& terminal) {
   const Grid grid = grid_of(picture);
   const bool is_linear = picture.modules.rows() == 1;
+  const auto width = [&](int modules_per_cell) {
+    return (grid.columns + modules_per_cell - 1) / modules_per_cell;
+  };
   const auto fits = [&](int modules_per_cell) {
-    return terminal.columns == 0 ||
-           (grid.columns + modules_per_cell - 1) / modules_per_cell <= terminal.columns;
+    return terminal.columns == 0 || width(modules_per_cell) <= terminal.columns;
   };
   const int modules_per_cell = is_linear && !fits(1) ? 2 : 1;
   if (!fits(modules_per_cell)) {
-    throw Failure("The symbol does not fit: it is " + std::to_string(grid.columns / modules_per_cell) +
+    throw Failure("The symbol does not fit: it is " + std::to_string(width(modules_per_cell)) +
                   " columns wide and the terminal " + std::to_string(terminal.columns) +
                   "; write it into a file with -o.");
   }
