@@ -13,7 +13,7 @@ namespace korvex::linear {
 namespace {
 
 constexpr std::array<Pattern, 49> kPatterns = [] {
-  // ANSI/AIM BC5, Table 1: nine modules a character, values 0 to 46 and the start character.
+  // ANSI/AIM BC5: nine modules a character, values 0 to 46 and the start character.
   constexpr std::array<std::uint32_t, 48> kModules = {
       0b100010100, 0b101001000, 0b101000100, 0b101000010, 0b100101000, 0b100100100, 0b100100010, 0b101010000,
       0b100010010, 0b100001010, 0b110101000, 0b110100100, 0b110100010, 0b110010100, 0b110010010, 0b110001010,
