@@ -139,7 +139,7 @@ TEST(Encode, RefusesWithASentenceThatNamesWhatIsWrong) {
       {with(code93), "A\x80", kData, "0x80 at position 2"},
       {{.symbology = code128, .gs1 = true}, "A\xE9", kData, "0xE9 at position 2"},
       {with(code128_inband), ">I12345", kData, "'5' (0x35) at position 7"},
-      {with(code128_inband), "A>", kData, "escape at position 2"},
+      {with(code128_inband), "A>", kData, "escape at position 2 is followed by nothing; > takes"},
       {{.symbology = code128_segments, .segments = 1}, "A01AB", kData, "position 5"},
       {{.symbology = code128_segments, .segments = 2}, "A01B0AAB", kData, "position 4"},
       {with(code128_segments), "A01A", kData, "at least one segment header"},
