@@ -43,7 +43,7 @@ struct CheckRules {
 /// The check character of `rule` for `values`. Requires a method and a modulus above 0.
 int check_character(const CheckRule& rule, std::span<const Value> values);
 
-/// The GS1 check digit (GS1 General Specifications 7.9): weights 3 and 1 from the right.
+/// The check digit of GS1 numbers: weights 3 and 1 from the right.
 inline constexpr CheckRule kGs1CheckDigit{1, CheckMethod::alternating, 10, 3};
 /// ISO/IEC 15417, Annex A.
 inline constexpr CheckRule kCode128CheckCharacter{1, CheckMethod::positional, 103, 103, 1};

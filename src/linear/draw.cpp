@@ -61,7 +61,8 @@ int symbol_characters(const Request& request, const Values& values) {
 }  // namespace
 
 bool has_two_widths(Symbology symbology) {
-  return steps_of(symbology).two_widths;
+  const auto index = static_cast<std::size_t>(symbology);
+  return index < kSteps.size() && kSteps[index].two_widths;
 }
 
 Fault draw(const Request& request, Drawing& drawing) {

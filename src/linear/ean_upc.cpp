@@ -18,7 +18,7 @@ constexpr Pattern kUpceEndGuard = modules("010101");
 constexpr Pattern kAddonStart = modules("1011");
 constexpr Pattern kAddonSeparator = modules("01");
 
-// ISO/IEC 15420, Table 1, number set A; the others follow from it.
+// ISO/IEC 15420, number set A; the others follow from it.
 constexpr std::array<std::uint8_t, 10> kSetA = {
     0b0001101, 0b0011001, 0b0010011, 0b0111101, 0b0100011,
     0b0110001, 0b0101111, 0b0111011, 0b0110111, 0b0001011,
@@ -39,10 +39,10 @@ static_assert(kDigitPatterns[1][0] == 0b0100111 && kDigitPatterns[2][0] == 0b111
 
 /// Number sets of digits from left to right; the row is chosen by what is not drawn itself.
 using SetRows = std::array<const char*, 10>;
-// ISO/IEC 15420, Table 2: by the first of 13 digits.
+// ISO/IEC 15420, EAN-13: by the first of 13 digits.
 constexpr SetRows kEan13Sets = {"AAAAAA", "AABABB", "AABBAB", "AABBBA", "ABAABB",
                                 "ABBAAB", "ABBBAA", "ABABAB", "ABABBA", "ABBABA"};
-// Table 4, number system 0: by the check digit.
+// UPC-E, number system 0: by the check digit.
 constexpr SetRows kUpceSets = {"BBBAAA", "BBABAA", "BBAABA", "BBAAAB", "BABBAA",
                                "BAABBA", "BAAABB", "BABABA", "BABAAB", "BAABAB"};
 // Five-digit add-on: by the weighted sum of the digits modulo 10.

@@ -75,9 +75,8 @@ Error check_options(const Options& options) {
   }
   if (!offers(options.symbology, options.check)) {
     return parameter(
-        "The symbology does not offer this check; offered are mod10 for MSI and the 2 of 5 codes, "
-        "mod10_mod10, mod11 and "
-        "mod11_mod10 for MSI, mod43 for Code 39, mod16 for Codabar, one and two for Code 11.");
+        "The symbology does not offer this check; there are mod10 for the 2 of 5 codes, mod10, mod10_mod10, "
+        "mod11 and mod11_mod10 for MSI, mod43 for Code 39, mod16 for Codabar, one and two for Code 11.");
   }
   if (options.gs1 && options.symbology != Symbology::code128) {
     return parameter("The gs1 option goes with code128 only; SSCC-18 is GS1 data without it.");
@@ -126,10 +125,12 @@ Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data
   };
   Drawing drawing;
   if (const Fault fault = draw(request, drawing)) return describe(fault, request);
-  return Symbol{.bars = module_row(drawing.bars),
-                .guards = module_row(drawing.guards),
-                .text = plain_text(request, drawing.values),
-                .text_groups = grouped_text(request, drawing.values).groups};
+  const GroupedText grouped = grouped_text(request, drawing.values);
+  return Symbol{
+      .bars = module_row(drawing.bars),
+      .guards = module_row(drawing.guards),
+      .text = grouped.length > 0 ? std::string(grouped.view()) : plain_text(request, drawing.values),
+      .text_groups = grouped.groups};
 }
 
 Result<Symbol> encode(const Options& options, std::string_view data) {
@@ -137,11 +138,9 @@ Result<Symbol> encode(const Options& options, std::string_view data) {
 }
 
 QuietZones quiet_zones(const Options& options) {
-  // In narrow elements, of which the 5:2 ratio and chosen widths make several modules.
-  constexpr int kTen = 10;
   switch (options.symbology) {
     case Symbology::ean13:
-      return {11, 7};  // ISO/IEC 15420, 4.3.4
+      return {11, 7};  // ISO/IEC 15420
     case Symbology::upca:
       return {9, 9};
     case Symbology::ean8:
@@ -155,6 +154,8 @@ QuietZones quiet_zones(const Options& options) {
     default:
       break;
   }
+  // The others ask for ten narrow elements, which are several modules with the ratio 5:2 or chosen widths.
+  constexpr int kNarrowElements = 10;
   int narrow = 1;
   if (has_two_widths(options.symbology)) {
     if (options.widths) {
@@ -163,7 +164,7 @@ QuietZones quiet_zones(const Options& options) {
       narrow = 2;
     }
   }
-  return {kTen * narrow, kTen * narrow};
+  return {kNarrowElements * narrow, kNarrowElements * narrow};
 }
 
 }  // namespace korvex::linear

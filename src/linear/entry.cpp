@@ -32,7 +32,7 @@ std::optional<ExplicitWidths> explicit_widths(const Bar_Ratio& ratio) {
 
 int gap_modules(Symbology symbology, const Bar_Ratio& ratio) {
   if (symbology == Symbology::code93) return 0;
-  if (ratio.selector > 2) return std::max<int>(0, ratio.narrow_space);
+  if (ratio.selector > 2) return ratio.narrow_space;
   return ratio.selector == 2 ? 2 : 1;
 }
 

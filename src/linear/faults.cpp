@@ -65,6 +65,11 @@ std::string byte_at(const Fault& fault) {
   return "byte " + shown(fault.given) + at(fault);
 }
 
+std::string escapes_of(Symbology symbology) {
+  if (symbology == Symbology::code128_segments) return "` takes a, b, c or d, and in code set C ? takes 1";
+  return "> takes space to B, C, D, E, F or J, and in code set C only D, E or F";
+}
+
 std::string sentence(const Fault& fault, const Request& request) {
   const Names& names = kNames[static_cast<std::size_t>(request.symbology)];
   const std::string name(names.name);
@@ -99,9 +104,8 @@ std::string sentence(const Fault& fault, const Request& request) {
       return "These digits have the modulo 11 check value 10, which is no digit; choose another check or "
              "other digits.";
     case Reason::bad_escape:
-      if (fault.given < 0) return "The escape" + at(fault) + " lacks the byte that tells what it stands for.";
-      return "The escape" + at(fault) + " is followed by " + shown(fault.given) +
-             ", which stands for nothing in the code set in force.";
+      return "The escape" + at(fault) + " is followed by " +
+             (fault.given < 0 ? "nothing" : shown(fault.given)) + "; " + escapes_of(request.symbology) + ".";
     case Reason::odd_digits:
       return "The digit " + shown(fault.given) + at(fault) +
              " has no partner; code set C takes digits in pairs, so give an even number or change the code "

@@ -175,15 +175,9 @@ std::string plain_text(const Request& request, const Values& values) {
       return Code128Text().read(values.all());
     case Symbology::code93:
       return printable(request.data);
-    case Symbology::ean13:
-    case Symbology::upca:
-    case Symbology::ean8:
-    case Symbology::upce:
-    case Symbology::sscc18:
-      break;
+    default:  // these have grouped text
+      return {};
   }
-  const GroupedText text = grouped_text(request, values);
-  return {text.characters.data(), static_cast<std::size_t>(text.length)};
 }
 
 }  // namespace korvex::linear

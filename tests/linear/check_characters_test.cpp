@@ -1,4 +1,4 @@
-#include "linear/check_characters.hpp"
+#include "linear/types.hpp"
 
 #include <gtest/gtest.h>
 
@@ -9,11 +9,13 @@ namespace {
 
 using enum CheckMethod;
 
+using Values = std::vector<Value>;
+
 TEST(CheckCharacters, SixMethodsGiveTheValuesWorkedOutByHand) {
   struct Case {
     const char* sum;  // as worked out
     CheckRule rule;   // enabled, method, modulus, weight, no-complement, ten, eleven
-    std::vector<Value> values;
+    Values values;
     int expected;
   };
   const std::vector<Case> cases = {
@@ -43,6 +45,8 @@ TEST(CheckCharacters, SixMethodsGiveTheValuesWorkedOutByHand) {
       {"1*1+1*2+2*3+3*4+4*5 = 41", {1, positional, 103, 103, 1}, {1, 2, 3, 4, 5}, 41},
       {"41, complement", {1, positional, 103, 103}, {1, 2, 3, 4, 5}, 62},
       {"104+33+2*66+3*17 = 320 = 11 mod 103, Code 128 of Ab1", kCode128CheckCharacter, {104, 33, 66, 17}, 11},
+      {"1+2+...+20 + 1 = 211 = 23 mod 47, Code 93", kTypes[12].rules.first, Values(21, 1), 23},
+      {"1+2+...+15 + 1 = 121 = 27 mod 47", kTypes[12].rules.second, Values(16, 1), 27},
       {"4006381333931", kGs1CheckDigit, {4, 0, 0, 6, 3, 8, 1, 3, 3, 3, 9, 3}, 1},
   };
   for (const Case& c : cases) EXPECT_EQ(check_character(c.rule, c.values), c.expected) << c.sum;

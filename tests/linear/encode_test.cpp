@@ -51,7 +51,13 @@ TEST(Encode, AddsWhatThePublishedFormAsksFor) {
       {with(upca), "03600029145", "036000291452", {1, 5, 5, 1}},
       {with(upca), "036000291452", "036000291452", {1, 5, 5, 1}},
       {with(ean8), "9638507", "96385074", {0, 4, 4}},
-      {with(upce), "123456", "01234565", {1, 6, 1}},
+      // The last digit tells how the number is expanded: 0 12000 00345 5, 0 12100 00345 4 ...
+      {with(upce), "123450", "01234505", {1, 6, 1}},
+      {with(upce), "123451", "01234514", {1, 6, 1}},
+      {with(upce), "123452", "01234523", {1, 6, 1}},
+      {with(upce), "123453", "01234531", {1, 6, 1}},
+      {with(upce), "123454", "01234543", {1, 6, 1}},
+      {with(upce), "123459", "01234596", {1, 6, 1}},
       {with(upce), "0123456", "01234565", {1, 6, 1}},
       {with(upce), "01234565", "01234565", {1, 6, 1}},
       {with(addon), "52495", "52495"},
@@ -65,6 +71,7 @@ TEST(Encode, AddsWhatThePublishedFormAsksFor) {
       {with(msi, Check::mod11_mod10), "943457842", "94345784238"},  // 6, 2, 8, 8, 5, 5, 8, 3, 8, 9: 62
       {with(code11, Check::one), "123-45", "123-455"},
       {with(code11, Check::two), "123-45", "123-4552"},
+      {with(code11, Check::two), "11111111111", "1111111111117"},  // 1+...+10 + 1 = 56; 1+...+9 + 1+2+3 = 51
       {with(code93), "Code\t93", "Code 93"},
       {with(code128), "caf\xE9", "caf\xC3\xA9"},
       {with(code128), "a\tb\x7F", "a b "},
@@ -132,7 +139,7 @@ TEST(Encode, RefusesWithASentenceThatNamesWhatIsWrong) {
       {with(code93), "A\x80", kData, "0x80 at position 2"},
       {{.symbology = code128, .gs1 = true}, "A\xE9", kData, "0xE9 at position 2"},
       {with(code128_inband), ">I12345", kData, "'5' (0x35) at position 7"},
-      {with(code128_inband), "A>", kData, "escape at position 2"},
+      {with(code128_inband), "A>", kData, "escape at position 2 is followed by nothing; > takes"},
       {{.symbology = code128_segments, .segments = 1}, "A01AB", kData, "position 5"},
       {{.symbology = code128_segments, .segments = 2}, "A01B0AAB", kData, "position 4"},
       {with(code128_segments), "A01A", kData, "at least one segment header"},
