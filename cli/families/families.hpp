@@ -8,5 +8,6 @@
 namespace korvex::cli::families {
 
 std::vector<Symbology> linear();
+std::vector<Symbology> veri();
 
 }  // namespace korvex::cli::families
