@@ -1,7 +1,6 @@
 // Check characters of linear symbols: a rule names a method and its numbers.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
 
@@ -46,33 +45,5 @@ int check_character(const CheckRule& rule, std::span<const std::uint8_t> values)
 inline constexpr CheckRule kGs1CheckDigit{1, CheckMethod::alternating, 10, 3};
 /// ISO/IEC 15417, Annex A.
 inline constexpr CheckRule kCode128CheckCharacter{1, CheckMethod::positional, 103, 103, 1};
-
-/// The rules of each type code of Korvex_Bit, those that are off included.
-inline constexpr auto kTypeRules = [] {
-  using enum CheckMethod;
-  constexpr CheckRule kNone{};
-  constexpr CheckRule kOffMod10{0, alternating, 10, 3};
-  return std::array<CheckRules, 19>{{
-      /*  0 Codabar        */ {kOffMod10, kOffMod10},
-      /*  1 Code 39        */ {{0, constant, 43, 1, 1}, kNone},
-      /*  2 ITF            */ {kOffMod10, kNone},
-      /*  3 EAN-13         */ {kGs1CheckDigit, kNone},
-      /*  4 EAN-8          */ {kGs1CheckDigit, kNone},
-      /*  5 Industrial 2/5 */ {kOffMod10, kNone},
-      /*  6 three-bar 2/5  */ {kOffMod10, kNone},
-      /*  7                */ {kOffMod10, kOffMod10},
-      /*  8 SSCC-18        */ {kGs1CheckDigit, kCode128CheckCharacter},
-      /*  9 Code 128       */ {kCode128CheckCharacter, kNone},
-      /* 10 MSI            */ {{0, rising, 11, 2, 0, 0, 1}, kOffMod10},
-      /* 11 Code 11        */ {{0, cyclic_right, 11, 10, 1, 0, 1}, {0, cyclic_right, 11, 9, 1}},
-      /* 12 Code 93        */ {{1, cyclic_right, 47, 20, 1, 0, 1}, {1, cyclic_right, 47, 15, 1}},
-      /* 13 Code 128       */ {kCode128CheckCharacter, kNone},
-      /* 14 UPC-E          */ {kGs1CheckDigit, kNone},
-      /* 15 add-on         */ {kNone, kNone},
-      /* 16                */ {{1, alternating, 10, 1}, kNone},
-      /* 17                */ {kNone, kNone},
-      /* 18                */ {kNone, kNone},
-  }};
-}();
 
 }  // namespace korvex::linear

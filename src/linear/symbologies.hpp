@@ -1,7 +1,8 @@
 // The symbologies, each in two steps.
 //
 // read_... turns the data into symbol character values, or says why it cannot. construct_... adds the check
-// characters to the values and draws all of it; it needs values that the read step accepted.
+// characters that the request's rules ask for and draws all of it; it needs values that the read step
+// accepted.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +42,8 @@ void construct_industrial25(const Request& request, Drawing& drawing);
 void construct_code25_3bar(const Request& request, Drawing& drawing);
 
 // msi.cpp
-Fault construct_msi(const Request& request, Drawing& drawing);
+Fault read_msi(const Request& request, Values& values);
+void construct_msi(const Request& request, Drawing& drawing);
 
 // code11.cpp
 Fault read_code11(const Request& request, Values& values);
