@@ -42,7 +42,7 @@ TEST(MaxiCodeEncodation, ShiftsLatchesAndNumbersAsTheSetsAsk) {
       {"shift to B before a character of A", "aB", {59, 1, 2}},
       {"shift to B at the end", "a", {59, 1}},
       {"latch to B", "ab", {63, 1, 2}},
-      {"a byte of every set keeps B latched", "a b", {63, 1, 47, 2}},
+      {"a byte of every set keeps B latched", "ab c", {63, 1, 2, 47, 3}},
       {"from B: one, two, three shifts to A",
        "abXcdXYefXYZgh",
        {63, 1, 2, 59, 24, 3, 4, 56, 24, 25, 5, 6, 57, 24, 25, 26, 7, 8}},
