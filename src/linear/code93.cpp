@@ -55,10 +55,8 @@ struct FullAscii {
 constexpr std::array<FullAscii, 128> kFullAscii = [] {
   std::array<FullAscii, 128> bytes;
   // Bytes from `byte` on are the shift character and the letters from `letter` on.
-  const auto set = [&bytes](int byte, int count, int shift, char letter) {
-    for (int i = 0; i < count; ++i) {
-      bytes[static_cast<std::size_t>(byte + i)] = {shift, kA + letter - 'A' + i};
-    }
+  const auto set = [&bytes](unsigned byte, int count, int shift, char letter) {
+    for (int i = 0; i < count; ++i, ++byte) bytes.at(byte) = {shift, kA + letter - 'A' + i};
   };
   // ANSI/AIM BC5, full ASCII.
   set(1, 26, kDollar, 'A');
@@ -74,7 +72,7 @@ constexpr std::array<FullAscii, 128> kFullAscii = [] {
   set('`', 1, kPercent, 'W');
   // What has a character of its own is never shifted, $ / + % included.
   for (std::size_t value = 0; value < kCharacters.size(); ++value) {
-    bytes[static_cast<std::size_t>(kCharacters[value])] = {static_cast<int>(value), -1};
+    bytes[static_cast<std::uint8_t>(kCharacters[value])] = {static_cast<int>(value), -1};
   }
   return bytes;
 }();
