@@ -1,14 +1,14 @@
-// `korvex draw`: the command line becomes a request, the family draws it, every output gets its bytes.
-#include <unistd.h>
-
-#include <CLI/CLI.hpp>
-#include <algorithm>
-#include <array>
+// `korvex draw`: the command line becomes a request, the family draws it, and every output gets its bytes.
+#include <cstddef>
 #include <cstdio>
 #include <optional>
-#include <string_view>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "commands.hpp"
+#include "data_source.hpp"
+#include "draw_arguments.hpp"
 #include "failure.hpp"
 #include "files.hpp"
 #include "formats/formats.hpp"
@@ -19,169 +19,8 @@
 namespace korvex::cli {
 namespace {
 
-/// What a command line says, as it stands there.
-struct DrawArguments {
-  std::optional<std::string> data;
-  std::string data_file;
-  bool is_hexadecimal = false;
-  std::vector<std::string> outputs;
-  std::string format;
-  std::string module;
-  std::string dots_per_inch;
-  std::string quiet_zone;
-  std::string foreground = "black";
-  std::string background = "white";
-  bool is_verbose = false;
-  OptionValues options;
-};
-
 void say(const std::string& sentence) {
   std::fprintf(stderr, "korvex: %s\n", sentence.c_str());
-}
-
-// ---- the command line ----
-
-void add_own_options(CLI::App& app, const Symbology& symbology, DrawArguments& arguments) {
-  for (const Option& option : symbology.options) {
-    const std::string name(option.name);
-    const std::string group = "Options of " + std::string(symbology.name);
-    std::string help(option.help);
-    if (!option.preset.empty()) help.append(" (").append(option.preset).append(")");
-    if (option.is_flag()) {
-      app.add_flag_callback(
-             name, [&] { arguments.options.set(option, ""); }, help)
-          ->group(group);
-      continue;
-    }
-    const auto set = [&](const std::string& value) { arguments.options.set(option, value); };
-    std::string placeholder(option.value);
-    for (const std::string_view choice : option.choices) {
-      placeholder.append(placeholder.empty() ? "" : "|").append(choice);
-    }
-    app.add_option_function<std::string>(name, set, help)->type_name(placeholder)->group(group);
-  }
-}
-
-std::string format_names() {
-  std::vector<std::string_view> names;
-  for (const Format& format : all_formats()) names.push_back(format.name);
-  return joined(names, "or");
-}
-
-void add_common_options(CLI::App& app, DrawArguments& arguments) {
-  app.add_option("DATA", arguments.data, "the data; from --data-file or standard input when left out")
-      ->type_name("");
-  const auto text = [&](const char* name, std::string& value, const char* type, const std::string& help,
-                        const char* group) {
-    app.add_option(name, value, help)->type_name(type)->group(group);
-  };
-  text("--data-file", arguments.data_file, "FILE", "take the data from a file, byte for byte", "Data");
-  app.add_flag("--hex", arguments.is_hexadecimal, "the data is hexadecimal, two digits a byte")
-      ->group("Data");
-
-  app.add_option("-o,--output", arguments.outputs,
-                 "write this file (may be given again); the ending says what it is: " + format_names() +
-                     "; - is standard output; in the terminal when there is none")
-      ->type_name("FILE")
-      ->allow_extra_args(false)
-      ->group("Output");
-  text("--format", arguments.format, "FORMAT", "what a file is whose name does not say: " + format_names(),
-       "Output");
-  app.add_flag("--verbose", arguments.is_verbose, "say on standard error what was chosen")->group("Output");
-
-  text("--module", arguments.module, "SIZE", "a module in pixels (4), or in millimetres as in 0.33mm",
-       "Picture");
-  text("--dpi", arguments.dots_per_inch, "N", "dots per inch; millimetres are rounded to whole dots",
-       "Picture");
-  text("--quiet-zone", arguments.quiet_zone, "N", "light modules on every side (what the standard asks for)",
-       "Picture");
-  text("--foreground", arguments.foreground, "COLOUR", "'#rrggbb', black or white", "Picture");
-  text("--background", arguments.background, "COLOUR", "'#rrggbb', black, white or transparent", "Picture");
-}
-
-/// Whether an option of any symbology stands alone, so that no value follows it.
-bool is_flag(std::string_view name) {
-  if (name == "--hex" || name == "--verbose" || name == "--help" || name == "-h") return true;
-  return std::ranges::any_of(symbologies(), [&](const Symbology& symbology) {
-    const auto option = std::ranges::find(symbology.options, name, &Option::name);
-    return option != symbology.options.end() && option->is_flag();
-  });
-}
-
-/// Takes the symbology's name out of the arguments; options may stand before it.
-std::string take_symbology(std::vector<std::string>& arguments) {
-  for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
-    if (!argument->starts_with('-')) {
-      std::string name = std::move(*argument);
-      arguments.erase(argument);
-      return name;
-    }
-    const bool has_value_inside =
-        argument->find('=') != std::string::npos || (argument->starts_with("-o") && argument->size() > 2);
-    if (!has_value_inside && !is_flag(*argument) && argument + 1 != arguments.end()) ++argument;
-  }
-  throw UsageError(
-      "No symbology is given, as in korvex draw ean13 400638133393; korvex list shows them all.");
-}
-
-void print_general_help() {
-  std::printf(
-      "Draws a symbol into files or in the terminal.\n\nUsage: korvex draw SYMBOLOGY [DATA] [-o FILE]...\n\n"
-      "Symbologies (korvex draw SYMBOLOGY --help shows the options of each):\n");
-  for (const Symbology& symbology : symbologies()) {
-    std::printf("  %-18s %s\n", symbology.name.data(), symbology.title.data());
-  }
-  std::printf(
-      "\nExamples:\n"
-      "  korvex draw ean13 400638133393 -o label.png\n"
-      "  korvex draw code128 'Korvex 128' --module 0.33mm --dpi 300 -o label.png -o label.pdf\n"
-      "  korvex draw itf --check mod10 0001234567890 -o - --format svg\n");
-}
-
-// ---- data and outputs ----
-
-/// One line ending at the end of what somebody typed or piped is no data.
-void drop_line_ending(std::string& data) {
-  if (!data.ends_with('\n')) return;
-  data.pop_back();
-  if (data.ends_with('\r')) data.pop_back();
-}
-
-std::string from_hexadecimal(std::string_view digits) {
-  std::string bytes;
-  int high = -1;
-  for (std::size_t index = 0; index < digits.size(); ++index) {
-    if (std::string_view(" \t\r\n").find(digits[index]) != std::string_view::npos) continue;
-    const int value = hexadecimal_value(digits[index]);
-    if (value < 0) {
-      throw Failure("The character \"" + printable(digits.substr(index, 1)) + "\" at position " +
-                    std::to_string(index + 1) +
-                    " is no hexadecimal digit; 0-9, a-f, A-F and spaces are allowed.");
-    }
-    if (high >= 0) bytes += static_cast<char>(high * 16 + value);
-    high = high >= 0 ? -1 : value;
-  }
-  if (high >= 0) throw Failure("The hexadecimal data ends with half a byte; two digits make one.");
-  return bytes;
-}
-
-std::string read_data(const DrawArguments& arguments) {
-  if (arguments.data && !arguments.data_file.empty()) {
-    throw UsageError("The data is given twice, as an argument and with --data-file.");
-  }
-  std::string data;
-  if (arguments.data) {
-    data = *arguments.data;
-  } else if (!arguments.data_file.empty()) {
-    data = read_file(arguments.data_file);
-  } else if (isatty(STDIN_FILENO) != 0) {
-    throw UsageError(
-        "No data is given; it stands behind the symbology, in --data-file or on standard input.");
-  } else {
-    data = read_file("-");
-    drop_line_ending(data);
-  }
-  return arguments.is_hexadecimal ? from_hexadecimal(data) : data;
 }
 
 /// A file to write and what it is.
@@ -195,10 +34,10 @@ const Format* format_of(const std::string& path, const std::string& given) {
   const bool has_ending = dot != std::string::npos && path[dot] == '.';
   if (const Format* const format = has_ending ? find_format(path.substr(dot + 1)) : nullptr) return format;
   if (!given.empty()) return find_format(given);
-  throw UsageError(
-      (path == "-" ? "Standard output needs --format"
-                   : "The name " + path + " does not say what the file is; give it an ending or --format") +
-      ": " + format_names() + ".");
+  throw UsageError((path == "-" ? "Standard output needs --format"
+                                : "The name " + printable(path) +
+                                      " does not say what the file is; give it an ending or --format") +
+                   ": " + format_names() + ".");
 }
 
 std::vector<Output> outputs_of(const DrawArguments& arguments) {
@@ -286,13 +125,15 @@ void draw_into_files(const Drawing& drawing, const Style& style, const std::vect
   write_files(files);
 }
 
-int draw(const Symbology& symbology, const DrawArguments& arguments) {
+int draw(const DrawArguments& arguments) {
+  const Symbology& symbology = *arguments.symbology;
   const std::vector<Output> outputs = outputs_of(arguments);
   const ModuleSize module = module_size(arguments.module, arguments.dots_per_inch);
   const Style style = style_of(arguments, module);
   if (!module.note.empty()) say(module.note);
 
-  const DrawRequest request{read_data(arguments), arguments.options, module};
+  const DrawRequest request{read_data(arguments.data, arguments.data_file, arguments.is_hexadecimal),
+                            arguments.options, module};
   Result<Drawing> result = symbology.draw(request);
   if (!result) {
     if (result.error().code == Code::bad_parameter) throw UsageError(result.error().message);
@@ -312,22 +153,8 @@ int draw(const Symbology& symbology, const DrawArguments& arguments) {
 }  // namespace
 
 int draw_command(const std::vector<std::string>& arguments) {
-  if (!arguments.empty() && (arguments.front() == "--help" || arguments.front() == "-h")) {
-    print_general_help();
-    return 0;
-  }
-  std::vector<std::string> rest = arguments;
-  const Symbology& symbology = find_symbology(take_symbology(rest));
-  CLI::App app("Draws " + std::string(symbology.title) + " (" + std::string(symbology.standard) +
-                   ").\nIt takes " + std::string(symbology.takes) + ".",
-               "korvex draw " + std::string(symbology.name));
-  DrawArguments draw_arguments;
-  add_own_options(app, symbology, draw_arguments);
-  add_common_options(app, draw_arguments);
-  app.footer("Data that begins with - stands behind --, as in korvex draw " + std::string(symbology.name) +
-             " -o label.png -- -1.");
-  if (!parse(app, rest)) return 0;
-  return draw(symbology, draw_arguments);
+  const std::optional<DrawArguments> parsed = parse_draw_arguments(arguments);
+  return parsed ? draw(*parsed) : 0;
 }
 
 }  // namespace korvex::cli

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "failure.hpp"
+#include "words.hpp"
 
 namespace korvex::cli {
 namespace {
@@ -21,7 +22,8 @@ constexpr std::size_t kMostBytes = std::size_t{1} << 20;  // far more than any s
 
 [[noreturn]] void fail(const std::string& what, const std::string& path) {
   const std::string reason = std::generic_category().message(errno);
-  throw Failure("Cannot " + what + " " + (path == "-" ? "standard output" : path) + ": " + reason + ".");
+  throw Failure("Cannot " + what + " " + (path == "-" ? "standard output" : printable(path)) + ": " + reason +
+                ".");
 }
 
 /// A file descriptor that closes itself.

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
+
+#include "words.hpp"
 
 namespace korvex::cli {
 namespace {
@@ -22,6 +25,12 @@ char lower(char c) {
 
 std::span<const Format> all_formats() {
   return kFormats;
+}
+
+std::string format_names() {
+  std::vector<std::string_view> names;
+  for (const Format& format : all_formats()) names.push_back(format.name);
+  return joined(names, "or");
 }
 
 const Format* find_format(std::string_view name) {

@@ -20,6 +20,9 @@ struct Format {
 
 std::span<const Format> all_formats();
 
+/// "png, svg, ... or txt".
+std::string format_names();
+
 /// Null when there is none of that name, in capital letters or small ones.
 const Format* find_format(std::string_view name);
 
