@@ -57,7 +57,7 @@ void construct_code39(const Request& request, Drawing& drawing) {
   const int stop = values.pop();
   append_check_characters(request.rules, values, 1);
   values.push(stop);
-  with_pen(request, kCharacters, drawing.bars, [&](auto pen) { lay_out_discrete(values, pen); });
+  draw_with_pen(request, kCharacters, drawing.bars, [&](auto pen) { lay_out_discrete(values, pen); });
 }
 
 }  // namespace korvex::linear

@@ -9,7 +9,6 @@
 namespace korvex::linear {
 namespace {
 
-constexpr int kStart = 47;
 constexpr std::array<Pattern, 49> kPatterns = [] {
   // ANSI/AIM BC5, Table 1: nine modules a character, values 0 to 46 and the start character.
   constexpr std::array<std::uint32_t, 48> kModules = {
@@ -22,7 +21,7 @@ constexpr std::array<Pattern, 49> kPatterns = [] {
   };
   std::array<Pattern, 49> patterns;
   for (std::size_t i = 0; i < kModules.size(); ++i) patterns[i] = {kModules[i], 9};
-  patterns[kStart + 1] = modules("1010111101");  // the stop character and its termination bar
+  patterns[48] = modules("1010111101");  // the stop character and its termination bar
   return patterns;
 }();
 
@@ -84,7 +83,7 @@ Fault read_code93(const Request& request, Values& values) {
 
 void construct_code93(const Request& request, Drawing& drawing) {
   append_check_characters(request.rules, drawing.values);
-  lay_out_framed(drawing.values, kStart, PatternPen(drawing.bars, kPatterns, request.gap));
+  draw_framed(request, kPatterns, drawing);
 }
 
 }  // namespace korvex::linear
