@@ -4,5 +4,6 @@
 #include "korvex/linear.hpp"
 #include "korvex/maxicode.hpp"
 #include "korvex/module_matrix.hpp"
+#include "korvex/pdf417.hpp"
 #include "korvex/result.hpp"
 #include "korvex/veri.hpp"
