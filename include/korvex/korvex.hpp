@@ -4,4 +4,5 @@
 #include "korvex/composite.hpp"
 #include "korvex/linear.hpp"
 #include "korvex/module_matrix.hpp"
+#include "korvex/pdf417.hpp"
 #include "korvex/result.hpp"

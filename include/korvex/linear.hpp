@@ -65,7 +65,7 @@ struct Options {
   Symbology symbology = Symbology::code128;
   Dialect dialect = Dialect::standard;
   Ratio ratio = Ratio::three_to_one;
-  std::optional<ElementWidths> widths;  ///< in place of `ratio`
+  std::optional<ElementWidths> widths = std::nullopt;  ///< in place of `ratio`
   CheckCharacters check = CheckCharacters::none;
   bool gs1 = false;  ///< code128: FNC1 first (GS1-128), and byte 0x1D in the data is FNC1
   int segments = 0;  ///< code128_segments: headers at the start of the data

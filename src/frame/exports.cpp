@@ -4,6 +4,7 @@
 #include "composite/entry.hpp"
 #include "korvex/korvex32.h"
 #include "linear/entry.hpp"
+#include "pdf417/entry.hpp"
 
 namespace {
 
@@ -35,8 +36,8 @@ int16_t KORVEX_CALL QR_Encode_x64(Korvex_Device_Context device, QR_Params* param
   return QR_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL PDF_Encode(Korvex_Device_Context, const PDF_Params*, Symbol_Size*) {
-  return KORVEX_NO_SYMBOL;
+int16_t KORVEX_CALL PDF_Encode(Korvex_Device_Context device, const PDF_Params* params, Symbol_Size* size) {
+  return guarded([&] { return korvex::pdf417::entry(device, params, size); });
 }
 int16_t KORVEX_CALL PDF_Encode_x64(Korvex_Device_Context device, const PDF_Params* params,
                                    Symbol_Size* size) {

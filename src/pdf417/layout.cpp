@@ -1,0 +1,68 @@
+#include "pdf417/layout.hpp"
+
+#include <array>
+#include <cstddef>
+
+#include "pdf417/encodation.hpp"
+#include "pdf417/error_correction.hpp"
+#include "pdf417/sizing.hpp"
+#include "pdf417/tables.hpp"
+
+namespace korvex::pdf417 {
+namespace {
+
+constexpr unsigned kPad = 900;
+
+/// MicroPDF417 is padded by a latch to text compaction and then by pairs of its sub-modes' latches, which
+/// decode to nothing and look less alike, row by row, than one codeword over and over.
+void pad_micro(int count, int columns, CodewordBuffer& codewords) {
+  constexpr std::array<unsigned, 8> kCycle = {838, 779, 867, 865, 898, 868, 839, kPad};
+  // Where the columns divide the cycle, one pad more now and then moves it on to other columns.
+  const int cycles_in_a_row = columns % 2 == 0 ? 3 : 0;
+  int cycles = 0;
+  if (count > 0) codewords.push(kPad);
+  for (--count; count > 0;) {
+    if (cycles_in_a_row != 0 && cycles == cycles_in_a_row) {
+      codewords.push(kPad);
+      --count;
+      cycles = 0;
+    }
+    for (std::size_t i = 0; i < kCycle.size() && count > 0; ++i, --count) codewords.push(kCycle[i]);
+    ++cycles;
+  }
+}
+
+void pad(Layout& layout) {
+  if (layout.kind == Kind::micro) {
+    pad_micro(layout.pad_codewords, layout.columns, layout.codewords);
+  } else {
+    layout.codewords.push(layout.pad_codewords, kPad);
+    layout.codewords.set_first(layout.codewords.count());  // the length descriptor counts itself and the pads
+  }
+}
+
+}  // namespace
+
+Laid lay_out(const Request& request, Layout& layout, RunLog* log) {
+  const Capacity room = capacity(request);
+  if (!room.holds_data()) return {Outcome::no_room_for_data, 0};
+
+  CodewordBuffer& codewords = layout.codewords;
+  if (request.kind != Kind::micro) codewords.push(0);  // the length descriptor, once it is known
+  const int taken = encode_data(request, room.data() - codewords.count(), codewords, log);
+  if (taken < static_cast<int>(request.data.size())) return {Outcome::too_long, taken};
+
+  const Shape shape = choose_shape(request, codewords.count() + room.check);
+  layout.kind = request.kind;
+  layout.columns = shape.columns;
+  layout.rows = shape.rows;
+  layout.ecc_level = request.ecc_level;
+  layout.micro = request.micro;
+  layout.pad_codewords = shape.rows * shape.columns - room.check - codewords.count();
+  layout.check_codewords = room.check;
+  pad(layout);
+  append_check_codewords(room.check, codewords);
+  return {Outcome::fits, taken};
+}
+
+}  // namespace korvex::pdf417
