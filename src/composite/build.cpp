@@ -1,13 +1,15 @@
 // The composite encoder: from a request to the rows of a symbol.
 #include <algorithm>
+#include <string_view>
 
 #include "composite/symbologies.hpp"
 
 namespace korvex::composite {
 
 void split_text(Bytes text, Request& request) {
-  text = text.first(static_cast<std::size_t>(std::ranges::find(text, 0) - text.begin()));
-  const auto bar = static_cast<std::size_t>(std::ranges::find(text, '|') - text.begin());
+  const std::string_view characters(reinterpret_cast<const char*>(text.data()), text.size());
+  text = text.first(std::min(characters.find('\0'), text.size()));
+  const std::size_t bar = std::min(characters.find('|'), text.size());
   request.linear = text.first(bar);
   request.component.reset();
   if (bar < text.size()) request.component = text.subspan(bar + 1);

@@ -75,6 +75,12 @@ int find_bad_character(Bytes text) {
   return bad == text.end() ? 0 : static_cast<int>(bad - text.begin()) + 1;
 }
 
+bool all_digits(Bytes text) {
+  bool all = true;
+  for (const std::uint8_t byte : text) all &= is_digit(byte);
+  return all;
+}
+
 bool digits_at(const ElementText& text, int first, int count) {
   for (int i = first; i < first + count; ++i) {
     if (!is_digit(text[i])) return false;  // the zero at the end is none

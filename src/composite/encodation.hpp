@@ -54,6 +54,8 @@ class ElementText {
 
 /// 0, or the position from 1 of the first byte that element strings cannot have.
 int find_bad_character(Bytes text);
+/// Whether there are digits alone.
+bool all_digits(Bytes text);
 
 /// Whether the symbol's next data begin with `count` digits at `first`.
 bool digits_at(const ElementText& text, int first, int count);

@@ -56,11 +56,10 @@ Fault check_text(const Request& request) {
     return {Reason::bad_linear_character, static_cast<int>(caret - text.begin()) + 1, kCaret};
   }
   const int size = static_cast<int>(text.size());
-  if (size < kAfterGtin || text[0] != '0' || text[1] != '1' ||
-      !std::ranges::all_of(text.first(kAfterGtin), is_digit)) {
+  if (size < kAfterGtin || text[0] != '0' || text[1] != '1' || !all_digits(text.first(kAfterGtin))) {
     return {Reason::not_a_gtin};
   }
-  const int most = std::ranges::all_of(text, is_digit) ? kMostCharacters : kMostCharactersWithOthers;
+  const int most = all_digits(text) ? kMostCharacters : kMostCharactersWithOthers;
   if (size > most) return {Reason::expanded_too_long, 0, size, most};
   if (request.standard()) {  // readers compute the check digit anew
     const int given = text[kAfterGtin - 1] - '0';

@@ -47,13 +47,16 @@ class Row {
     if (count > 0) put(0, count);
   }
 
-  /// Appends elements of alternating colour.
+  /// Appends elements of alternating colour. Two neighbours are at most 32 modules wide together.
   void put_elements(Elements widths, bool dark_first) {
-    std::uint64_t ones = dark_first ? ~std::uint64_t{0} : 0;
-    for (const int width : widths) {
-      put(ones & ((std::uint64_t{1} << width) - 1), width);
-      ones = ~ones;
+    const auto dark = [](int width) { return (std::uint64_t{1} << width) - 1; };
+    std::size_t i = 0;
+    if (dark_first && !widths.empty()) {
+      put(dark(widths[0]), widths[0]);
+      i = 1;
     }
+    for (; i + 1 < widths.size(); i += 2) put(dark(widths[i + 1]), widths[i] + widths[i + 1]);
+    if (i < widths.size()) put_light(widths[i]);
   }
 
   /// To be called after the last put and before anything below.
