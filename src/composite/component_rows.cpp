@@ -99,8 +99,8 @@ int component_row_height(const Component2d& component) {
 }
 
 void put_component_row(const Component2d& component, int index, Row& row) {
-  const std::span codewords = component.all().subspan(static_cast<std::size_t>(index * component.columns),
-                                                      static_cast<std::size_t>(component.columns));
+  const auto columns = static_cast<std::size_t>(component.columns);
+  const std::span codewords = component.all().subspan(static_cast<std::size_t>(index) * columns, columns);
   if (component.kind == Component::cc_c) {
     put_cc_c_row(component, index, codewords, row);
   } else {

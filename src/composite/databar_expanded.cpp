@@ -66,7 +66,7 @@ class Finders {
 /// The whole symbol in one row: its elements, and how many they are.
 struct SymbolElements {
   std::array<std::uint8_t, kMostPairs * kPairElements> widths;
-  std::size_t count = 0;
+  int count = 0;
 };
 
 void put_finder(const Finders& finders, std::size_t index, SymbolElements& elements) {
@@ -103,8 +103,7 @@ int put_elements(const ExpandedData& data, SymbolElements& elements) {
   const int check = kChecksumModulus * (data.count - kLeastDataCharacters) + checksum % kChecksumModulus;
   put_forward(character_widths(kExpandedGroups, check), elements.widths, 0);
   const int characters = data.count + 1;
-  elements.count = static_cast<std::size_t>(characters / 2 * kPairElements +
-                                            characters % 2 * (kCharacterElements + kFinderElements));
+  elements.count = characters / 2 * kPairElements + characters % 2 * (kCharacterElements + kFinderElements);
   return check;
 }
 
@@ -136,7 +135,7 @@ class RowCutter {
     const int first = first_character / 2 * kPairElements + first_character % 2 * kCharacterElements;
     const int full = characters_per_row_ / 2 * kPairElements +
                      characters_per_row_ % 2 * (kCharacterElements + kFinderElements);
-    const int count = std::min(full, static_cast<int>(elements_.count) - first);
+    const int count = std::min(full, elements_.count - first);
     const Elements widths =
         Elements(elements_.widths).subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(count));
     const bool dark_first = first_character / 2 % 2 != 0;

@@ -55,15 +55,16 @@ template <int Widest>
 inline constexpr WayCounts kAnyWays{1, Widest};
 template <int Widest>
 inline constexpr WayCounts kWideWays{2, Widest};  // without a narrow element
+constexpr WayCounts kNoWays{1, 0};
 
 /// Seven elements of a character.
 struct Subset {
   int modules;
   const WayCounts* any;
-  const WayCounts* wide;  ///< nullptr: a narrow element is not due
+  const WayCounts* left_out;  ///< of those: where a narrow element is due, the ways without one
 
   [[nodiscard]] constexpr int ways() const {
-    return any->of(kSubsetElements, modules) - (wide == nullptr ? 0 : wide->of(kSubsetElements, modules));
+    return any->of(kSubsetElements, modules) - left_out->of(kSubsetElements, modules);
   }
 };
 
@@ -72,7 +73,7 @@ struct Group {
   Subset second;
 };
 template <int FirstModules, int FirstWidest, int SecondModules, int SecondWidest>
-constexpr Group kLimitedGroup = {{FirstModules, &kAnyWays<FirstWidest>, nullptr},
+constexpr Group kLimitedGroup = {{FirstModules, &kAnyWays<FirstWidest>, &kNoWays},
                                  {SecondModules, &kAnyWays<SecondWidest>, &kWideWays<SecondWidest>}};
 
 constexpr std::array kGroups = {
@@ -89,18 +90,17 @@ static_assert([] {
 /// Writes the subset's widths for `value` to every other element from `elements` on.
 void put_subset(const Subset& subset, int value, std::uint8_t* elements) {
   int modules = subset.modules;
-  const WayCounts* wide = subset.wide;
+  const WayCounts* left_out = subset.left_out;
   for (int rest = kSubsetElements - 1; rest > 0; --rest, elements += 2) {
+    const WayCounts* left_out_after = &kNoWays;  // a narrow element is there once the width is 1
     int width = 1;
-    const WayCounts* wide_after = nullptr;  // the first width makes the narrow element
     for (;; ++width) {
-      const int ways = subset.any->of(rest, modules - width) -
-                       (wide_after == nullptr ? 0 : wide_after->of(rest, modules - width));
+      const int ways = subset.any->of(rest, modules - width) - left_out_after->of(rest, modules - width);
       if (value < ways) break;
       value -= ways;
-      wide_after = wide;
+      left_out_after = left_out;
     }
-    wide = wide_after;
+    left_out = left_out_after;
     modules -= width;
     *elements = static_cast<std::uint8_t>(width);
   }

@@ -64,7 +64,7 @@ Result<std::string> plain_text(const Options& options, std::string_view data) {
   Result<std::string> plain = plain_linear_text(options.symbology, data.substr(0, bar));
   if (!plain || bar == std::string_view::npos) return plain;
   const Result<std::string> component = plain_component_text(data.substr(bar + 1));
-  if (!component) return component;
+  if (!component) return component.error();
   return *plain + '|' + *component;
 }
 

@@ -115,7 +115,7 @@ class MethodChooser {
   }
   [[nodiscard]] bool ai_is(std::string_view digits) const {
     for (std::size_t i = 0; i < digits.size(); ++i) {
-      if (text_[kAfterGtin + static_cast<int>(i)] != digits[i]) return false;
+      if (text_[kAfterGtin + static_cast<int>(i)] != static_cast<std::uint8_t>(digits[i])) return false;
     }
     return true;
   }
@@ -216,9 +216,9 @@ Fault encode_expanded(const Request& request, ExpandedData& data) {
     const int size_bits = (odd ? 2 : 0) + (is_long ? 1 : 0);
     bytes[0] = static_cast<std::uint8_t>(bytes[0] | size_bits << (6 - field.size_bits_place));
   }
-  for (int i = 0; i < data.count; ++i) {
-    const auto byte = static_cast<std::size_t>(i / 2 * 3);
-    data.values[static_cast<std::size_t>(i)] =
+  for (std::size_t i = 0; i < static_cast<std::size_t>(data.count); ++i) {
+    const std::size_t byte = i / 2 * 3;
+    data.values[i] =
         i % 2 == 0 ? bytes[byte] << 4 | bytes[byte + 1] >> 4 : (bytes[byte + 1] & 0xF) << 8 | bytes[byte + 2];
   }
   return {};

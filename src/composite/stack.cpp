@@ -10,7 +10,7 @@ Stack::Stack(Symbol& symbol, const Component2d& component, int rows, int width_m
   symbol.component_columns = component.columns;
   symbol.component_rows = component.rows;
   symbol.modules = ModuleMatrix(component.rows + rows, width_modules);
-  symbol.row_heights.resize(static_cast<std::size_t>(component.rows + rows));
+  symbol.row_heights.resize(static_cast<std::size_t>(symbol.modules.rows()));
 }
 
 void Stack::add_component(int left_pad_modules) {
