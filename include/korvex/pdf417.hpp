@@ -82,7 +82,7 @@ struct MicroSize {
   int check_codewords = 0;
 };
 /// All 34, by columns, then by rows.
-[[nodiscard]] KORVEX_API std::vector<MicroSize> micro_sizes();
+[[nodiscard]] KORVEX_API std::span<const MicroSize> micro_sizes();
 
 /// Modules that a row should be high, and that the quiet zone should be wide on every side.
 [[nodiscard]] KORVEX_API int row_height(Kind kind);

@@ -38,10 +38,14 @@ inline constexpr std::array<std::uint8_t, 256> kClasses = [] {
   std::array<std::uint8_t, 256> classes{};
   for (std::size_t set = 0; set < kSubModes; ++set) {
     for (const char character : kCharacterSets[set]) {
-      if (character != kNoCharacter) classes[static_cast<std::uint8_t>(character)] |= 1U << set;
+      if (character == kNoCharacter) continue;
+      auto& known = classes[static_cast<std::uint8_t>(character)];
+      known = static_cast<std::uint8_t>(known | 1U << set);
     }
   }
-  for (std::size_t digit = '0'; digit <= '9'; ++digit) classes[digit] |= kDigit;
+  for (std::size_t digit = '0'; digit <= '9'; ++digit) {
+    classes[digit] = static_cast<std::uint8_t>(classes[digit] | kDigit);
+  }
   return classes;
 }();
 

@@ -1,7 +1,7 @@
 #include "pdf417/construction.hpp"
 
-#include <cassert>
 #include <cstddef>
+#include <cstdint>
 
 #include "pdf417/patterns.hpp"
 #include "pdf417/sizing.hpp"
@@ -13,29 +13,32 @@ namespace {
 constexpr Pattern kStart = pattern_of(0x81111113);
 constexpr Pattern kStop = pattern_of(0x71131112);  // without its last bar
 constexpr Pattern kLastBar = pattern_of(0x1);      // of the stop pattern; of other symbols the only one
+constexpr std::string_view kLineEnd = "\r\n";
 
 /// A row of modules, filled from the left.
 class ModuleRow {
  public:
   explicit ModuleRow(std::span<std::uint64_t> words) : word_(words.data()) {}
 
-  void put(const Pattern& pattern, int modules) {
-    if (modules <= free_) {
-      free_ -= modules;
-      bits_ |= std::uint64_t{pattern.modules} << free_;
+  /// Appends the low `count` bits of `modules`, which has no others.
+  void put(std::uint32_t modules, int count) {
+    if (count <= free_) {
+      free_ -= count;
+      bits_ |= std::uint64_t{modules} << free_;
       return;
     }
-    const int over = modules - free_;
-    *word_++ = bits_ | std::uint64_t{pattern.modules} >> over;
+    const int over = count - free_;
+    *word_++ = bits_ | std::uint64_t{modules} >> over;
     free_ = 64 - over;
-    bits_ = std::uint64_t{pattern.modules} << free_;
+    bits_ = std::uint64_t{modules} << free_;
   }
+  void put(const Pattern& pattern, int count) { put(pattern.modules, count); }
   void finish() { *word_ = bits_; }
 
  private:
   std::uint64_t* word_;
   std::uint64_t bits_ = 0;
-  int free_ = 64;  // of the modules in bits_, the lowest
+  int free_ = 64;  // of the bits, the lowest
 };
 
 /// A line of digits.
@@ -49,7 +52,7 @@ class TextRow {
       if (width != 0) text_ += static_cast<char>('0' + width);
     }
   }
-  void finish() { text_ += "\r\n"; }
+  void finish() { text_ += kLineEnd; }
 
  private:
   std::string& text_;
@@ -125,6 +128,16 @@ void compose_row(const Layout& layout, int index, Row row) {
   row.finish();
 }
 
+void draw_line(std::string_view line, ModuleRow row) {
+  bool bar = true;
+  for (const char digit : line) {
+    const int width = digit - '0';
+    row.put(bar ? (1U << width) - 1 : 0, width);
+    bar = !bar;
+  }
+  row.finish();
+}
+
 }  // namespace
 
 ModuleMatrix draw_rows(const Layout& layout) {
@@ -133,10 +146,20 @@ ModuleMatrix draw_rows(const Layout& layout) {
   return modules;
 }
 
-std::string write_rows(const Layout& layout) {
+std::string row_pattern_text(const Layout& layout) {
   std::string text;
   for (int row = 0; row < layout.rows; ++row) compose_row(layout, row, TextRow(text));
   return text;
+}
+
+ModuleMatrix read_rows(std::string_view text, int rows, int columns) {
+  ModuleMatrix modules(rows, columns);
+  for (int row = 0; row < rows; ++row) {
+    const std::size_t end = text.find(kLineEnd);
+    draw_line(text.substr(0, end), ModuleRow(modules.row(row)));
+    text.remove_prefix(end + kLineEnd.size());
+  }
+  return modules;
 }
 
 }  // namespace korvex::pdf417

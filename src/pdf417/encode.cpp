@@ -1,5 +1,6 @@
 // The C++ interface: options are checked, the message is laid out, the symbol drawn or described.
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <utility>
@@ -23,9 +24,7 @@ template <class Measure>
 const MicroLayout* best_micro_size(const Options& options, int data_codewords, Measure measure) {
   const MicroLayout* best = nullptr;
   for (const MicroLayout& size : kMicroLayouts) {
-    if (options.columns != 0 && options.columns != size.columns) continue;
-    if (options.rows != 0 && options.rows != size.rows) continue;
-    if (size.data_codewords() < data_codewords) continue;
+    if (!size.goes_with(options.columns, options.rows) || size.data_codewords() < data_codewords) continue;
     if (best == nullptr || measure(size) < measure(*best)) best = &size;
   }
   return best;
@@ -95,7 +94,7 @@ Result<Symbol> encode(const Options& options, std::string_view data) {
 Result<std::string> row_pattern_text(const Options& options, std::span<const std::uint8_t> data) {
   Layout layout;
   if (std::optional<Error> error = lay_out_message(options, data, layout)) return *std::move(error);
-  return write_rows(layout);
+  return row_pattern_text(layout);
 }
 
 Result<std::string> row_pattern_text(const Options& options, std::string_view data) {
@@ -118,11 +117,16 @@ Result<Codewords> codewords(const Options& options, std::string_view data) {
   return codewords(options, bytes_of(data));
 }
 
-std::vector<MicroSize> micro_sizes() {
-  std::vector<MicroSize> sizes;
-  for (const MicroLayout& size : kMicroLayouts)
-    sizes.push_back({size.columns, size.rows, size.check_codewords});
-  return sizes;
+std::span<const MicroSize> micro_sizes() {
+  static constexpr auto kSizes = [] {
+    std::array<MicroSize, kMicroLayouts.size()> sizes{};
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+      const MicroLayout& layout = kMicroLayouts[i];
+      sizes[i] = {layout.columns, layout.rows, layout.check_codewords};
+    }
+    return sizes;
+  }();
+  return kSizes;
 }
 
 int row_height(Kind kind) {

@@ -61,7 +61,7 @@ std::int16_t entry(Korvex_Device_Context device, const PDF_Params* params, Symbo
   const raster::ModulePixels module{params->module_width, params->row_height};
   if (!in_range(module.width, 1, 9) || !in_range(module.height, 1, 24)) return KORVEX_BAD_PARAMETER;
   *size = pixels(width * module.width, layout.rows * module.height);
-  return raster::paint(device, draw_rows(layout), module);
+  return raster::paint(device, read_rows(row_pattern_text(layout), layout.rows, width), module);
 }
 
 }  // namespace korvex::pdf417

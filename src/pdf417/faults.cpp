@@ -1,6 +1,5 @@
 #include "pdf417/faults.hpp"
 
-#include <algorithm>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -50,10 +49,9 @@ std::optional<Error> check_micro(const Options& options) {
     return parameter(
         {number(columns), " columns are out of range; MicroPDF417 has 1 to 4, and 0 leaves the choice."});
   }
-  const auto fits = [&](const MicroLayout& size) {
-    return (columns == 0 || size.columns == columns) && (rows == 0 || size.rows == rows);
-  };
-  if (std::ranges::any_of(kMicroLayouts, fits)) return std::nullopt;
+  for (const MicroLayout& size : kMicroLayouts) {
+    if (size.goes_with(columns, rows)) return std::nullopt;
+  }
   if (columns != 0) {
     return parameter({"MicroPDF417 does not have ", number(rows), " rows of ", number(columns),
                       " columns; with ", number(columns), " columns go ", rows_of_micro(columns),
@@ -93,9 +91,8 @@ Error describe(const Laid& laid, const Request& request, std::size_t data_bytes)
   if (laid.outcome == Outcome::no_room_for_data) {
     return {Code::no_symbol,
             joined({"The ", number(room.check), " check codewords of level ", number(request.ecc_level),
-                    " leave no room for data in ", number(room.total),
-                    " codewords; take a lower level or more "
-                    "columns or rows."})};
+                    " leave no room for data among ", number(room.total),
+                    " codewords; a lower level or a larger symbol would."})};
   }
   return {Code::no_symbol,
           joined({"The data has ", number(data_bytes), " bytes, of which the first ",

@@ -19,6 +19,10 @@ struct MicroLayout {
 
   [[nodiscard]] constexpr int data_codewords() const { return columns * rows - check_codewords; }
   [[nodiscard]] constexpr bool has_centre() const { return columns >= 3; }
+  /// Whether it is one of those with so many columns and rows, of which 0 is any number.
+  [[nodiscard]] constexpr bool goes_with(int wanted_columns, int wanted_rows) const {
+    return (wanted_columns == 0 || columns == wanted_columns) && (wanted_rows == 0 || rows == wanted_rows);
+  }
 };
 
 // ISO/IEC 24728, the table of symbol sizes and that of row address patterns.
@@ -63,11 +67,14 @@ inline constexpr auto kMicroLayouts = std::to_array<MicroLayout>({
 });
 
 constexpr bool micro_layouts_are_sound() {
-  const MicroLayout* before = nullptr;
-  for (const MicroLayout& layout : kMicroLayouts) {
-    if (before != nullptr && before->columns * 100 + before->rows >= layout.columns * 100 + layout.rows)
-      return false;
-    before = &layout;
+  for (std::size_t i = 0; i < kMicroLayouts.size(); ++i) {
+    const MicroLayout& layout = kMicroLayouts[i];
+    // Each size once, by columns, then by rows.
+    if (i > 0) {
+      const MicroLayout& before = kMicroLayouts[i - 1];
+      if (before.columns > layout.columns) return false;
+      if (before.columns == layout.columns && before.rows >= layout.rows) return false;
+    }
     // The left pattern tells the row, so its numbers do not start again; the others run on from 51 to 0.
     if (layout.left + layout.rows > static_cast<int>(kRowAddresses)) return false;
     if (!layout.has_centre() && layout.centre != 0) return false;

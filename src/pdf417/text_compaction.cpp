@@ -95,7 +95,7 @@ constexpr StepTables kSteps = [] {
     const auto characters = kCharacterSets[static_cast<std::size_t>(way.set)];
     for (std::size_t value = 0; value < characters.size(); ++value) {
       if (characters[value] == kNoCharacter) continue;
-      const auto character = static_cast<std::size_t>(characters[value]);
+      const std::size_t character = static_cast<std::uint8_t>(characters[value]);
       Step& always = tables.always[from][character];
       Step& latch = tables.latches[from][character];
       if (always.count != 0) continue;
