@@ -1,6 +1,7 @@
 // Everything of the C++ interface.
 #pragma once
 
+#include "korvex/composite.hpp"
 #include "korvex/linear.hpp"
 #include "korvex/maxicode.hpp"
 #include "korvex/module_matrix.hpp"

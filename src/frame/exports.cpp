@@ -1,6 +1,7 @@
 // The thirteen exports. Each is a thin door to its family; no exception passes through.
 #include <cstdint>
 
+#include "composite/entry.hpp"
 #include "korvex/korvex32.h"
 #include "linear/entry.hpp"
 #include "maxicode/entry.hpp"
@@ -61,8 +62,8 @@ int16_t KORVEX_CALL MAXI_Encode_x64(Korvex_Device_Context device, const MAXI_Par
   return MAXI_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL CC_Encode(Korvex_Device_Context, const CC_Params*, Symbol_Size*) {
-  return KORVEX_NO_SYMBOL;
+int16_t KORVEX_CALL CC_Encode(Korvex_Device_Context device, const CC_Params* params, Symbol_Size* size) {
+  return guarded([&] { return korvex::composite::entry(device, params, size); });
 }
 int16_t KORVEX_CALL CC_Encode_x64(Korvex_Device_Context device, const CC_Params* params, Symbol_Size* size) {
   return CC_Encode(device, params, size);

@@ -6,9 +6,7 @@
 #include <span>
 
 namespace korvex::raster {
-namespace {
 
-/// Sets the pixels [begin, end) of a row to light.
 void set_light(std::uint8_t* row, int begin, int end) {
   if (begin >= end) return;
   const int first = begin / 8;
@@ -24,7 +22,7 @@ void set_light(std::uint8_t* row, int begin, int end) {
   row[last] |= last_mask;
 }
 
-/// Writes one pixel row of a module row into a zeroed row: run by run, the light ones set.
+// Run by run.
 void expand(std::span<const std::uint64_t> modules, int columns, int module_width, std::uint8_t* row) {
   int light_begin = -1;  // first column of the light run under way, -1 in a dark one
   for (int column = 0; column < columns; ++column) {
@@ -38,8 +36,6 @@ void expand(std::span<const std::uint64_t> modules, int columns, int module_widt
   }
   if (light_begin >= 0) set_light(row, light_begin * module_width, columns * module_width);
 }
-
-}  // namespace
 
 void Bitmap::Free::operator()(std::uint8_t* bytes) const {
   std::free(bytes);
@@ -57,11 +53,14 @@ Bitmap::Bitmap(std::int64_t width, std::int64_t height) {
 }
 
 void blit(Korvex_Device_Context device, Bitmap& bitmap, int y) {
-  device::Bitmap* const source =
-      device::create_bitmap(device, bitmap.width(), bitmap.height(), bitmap.row(0));
+  blit(device, bitmap, bitmap.height(), y);
+}
+
+void blit(Korvex_Device_Context device, Bitmap& bitmap, int height, int y) {
+  device::Bitmap* const source = device::create_bitmap(device, bitmap.width(), height, bitmap.row(0));
   const Korvex_Device_Context memory = device::create_compatible_dc(device);
   device::select_object(memory, source);
-  device::bit_blt(device, 0, y, bitmap.width(), bitmap.height(), memory);
+  device::bit_blt(device, 0, y, bitmap.width(), height, memory);
   device::delete_dc(memory);
   device::delete_object(source);
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 
 #include "frame/device.hpp"
 #include "korvex/module_matrix.hpp"
@@ -38,9 +39,17 @@ class Bitmap {
   std::unique_ptr<std::uint8_t, Free> bytes_;
 };
 
+/// Sets the pixels [begin, end) of a row to light.
+void set_light(std::uint8_t* row, int begin, int end);
+
+/// Writes one pixel row of a row of `columns` modules into a zeroed row.
+void expand(std::span<const std::uint64_t> modules, int columns, int module_width, std::uint8_t* row);
+
 /// Copies `bitmap` to the device with its top left at (0, y): the bitmap path, in the order of operations
 /// that every drawing function has.
 void blit(Korvex_Device_Context device, Bitmap& bitmap, int y);
+/// Copies its first `height` rows alone.
+void blit(Korvex_Device_Context device, Bitmap& bitmap, int height, int y);
 
 /// Paints `symbol` at (0, 0) through the bitmap path. Returns KORVEX_OK, or KORVEX_NO_SYMBOL with nothing
 /// painted when there is no memory for the bitmap (or it would pass 2^31 - 1 bytes, the most a 32-bit process
