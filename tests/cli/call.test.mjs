@@ -5,7 +5,7 @@ import { openSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { once } from 'node:events';
 import { test } from 'node:test';
-import { inFolder, korvex, program } from './korvex.mjs';
+import { draw, inFolder, korvex, program, widened } from './korvex.mjs';
 
 /** The answers to some lines, and the exit status. */
 function call(lines) {
@@ -67,6 +67,43 @@ test('a drawing export that fails leaves every field as it was preset', () => {
     nothing,
     nothing,
   ]);
+});
+
+test('what an export paints on the pixel path comes back pixel by pixel', () => {
+  const modules = draw('veri', 'A', '--size', '12', '--format', 'txt').toString().trimEnd().split('\n');
+  const params = { symbol_size: 12, ecc_mode: 4, module_width: 3, module_height: 3, data: 'A' };
+  const { answers: [plain, { trace, ...traced }] } = call([
+    request('VERI_Encode', params),
+    request('VERI_Encode', params, { trace: true }),
+  ]);
+  const bits = plain.rows.map((row) => [...row].map((digit) => parseInt(digit, 16).toString(2).padStart(4, '0')).join(''));
+  assert.deepEqual(bits, modules.flatMap((row) => Array(3).fill(widened(row, 3) + '0000')));
+  const { rows, ...sizes } = plain;
+  assert.deepEqual(sizes, { result: 0, width: 36, height: 36, painted_width: 36, painted_height: 36 });
+  assert.deepEqual(traced, plain);
+  assert.match(trace.join(' '), /^SetPixel\*\d{4}$/);
+});
+
+test('what an export paints on the bitmap path comes back too', () => {
+  const params = { module_width: 1, row_height: 2, columns: 1, rows: 5, data: 'A' };
+  const { answers: [answer] } = call([request('PDF_Encode', params, { trace: true })]);
+  // Start pattern 81111113 at the left; 86 modules are 22 digits, the last two bits beyond the picture.
+  assert.deepEqual([answer.painted_width, answer.painted_height, answer.rows.length], [86, 10, 10]);
+  answer.rows.forEach((row, y) => {
+    assert.match(row, /^ff54[0-9a-f]{17}[048c]$/);
+    assert.equal(row, answer.rows[y - (y % 2)]);
+  });
+  assert.deepEqual(answer.trace, ['CreateBitmap', 'CreateCompatibleDC', 'SelectObject', 'BitBlt', 'DeleteDC', 'DeleteObject']);
+});
+
+test('text that the library prints is in the answer, not between the answers', () => {
+  const limited = { type: 5, module_size: 1, linear_height: 1, segments_per_row: 2 };
+  const { answers } = call([
+    request('CC_Encode', { ...limited, data: '2000000000000' }, { id: 1 }),
+    request('Korvex_Bit', { type: 16 }, { id: 2 }),
+  ]);
+  assert.equal(answers[0].console, '\nerror occurred, exiting.');
+  assert.deepEqual(answers[1], { id: 2, result: -3, text_length: 0 });
 });
 
 test('every id comes back', () => {
