@@ -3,4 +3,5 @@
 
 #include "korvex/linear.hpp"
 #include "korvex/module_matrix.hpp"
+#include "korvex/qr.hpp"
 #include "korvex/result.hpp"

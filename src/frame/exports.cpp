@@ -3,6 +3,7 @@
 
 #include "korvex/korvex32.h"
 #include "linear/entry.hpp"
+#include "qr/entry.hpp"
 
 namespace {
 
@@ -27,8 +28,8 @@ int16_t KORVEX_CALL Korvex_Bit_x64(uint16_t type, uint16_t guard_option, uint16_
   return Korvex_Bit(type, guard_option, text_option, ratio, data, result);
 }
 
-int16_t KORVEX_CALL QR_Encode(Korvex_Device_Context, QR_Params*, Symbol_Size*) {
-  return KORVEX_NO_SYMBOL;
+int16_t KORVEX_CALL QR_Encode(Korvex_Device_Context device, QR_Params* params, Symbol_Size* size) {
+  return guarded([&] { return korvex::qr::entry(device, params, size); });
 }
 int16_t KORVEX_CALL QR_Encode_x64(Korvex_Device_Context device, QR_Params* params, Symbol_Size* size) {
   return QR_Encode(device, params, size);
