@@ -44,18 +44,19 @@ struct StructuredAppend {
 /// A second stream of data behind the public one, enciphered with the Data Encryption Standard. Readers that
 /// do not know the key stop before it.
 struct PrivateData {
-  std::span<const std::uint8_t> data;    ///< at least one byte
-  std::array<std::uint8_t, 8> key = {};  ///< parity bits are not looked at
+  std::span<const std::uint8_t> data = {};  ///< at least one byte
+  std::array<std::uint8_t, 8> key = {};     ///< parity bits are not looked at
 };
 
 struct Options {
   SymbolType type = SymbolType::model2;
   Level level = Level::medium;
-  int version = 0;           ///< 0: the smallest that holds the data; else that version
-  std::optional<Mode> mode;  ///< all data in one segment of this mode; without it the encoder splits the data
+  int version = 0;  ///< 0: the smallest that holds the data; else that version
+  std::optional<Mode> mode =
+      {};             ///< all data in one segment of this mode; without it the encoder splits the data
   int rmqr_rows = 0;  ///< rMQR: 7, 9, 11, 13, 15 or 17 module rows; 0: the symbol of the fewest modules
-  std::optional<StructuredAppend> append;   ///< Model 1 and Model 2
-  std::optional<PrivateData> private_data;  ///< Model 1, Model 2 and GS1
+  std::optional<StructuredAppend> append = {};   ///< Model 1 and Model 2
+  std::optional<PrivateData> private_data = {};  ///< Model 1, Model 2 and GS1
   Dialect dialect = Dialect::standard;
 };
 

@@ -159,6 +159,7 @@ void write_data_codewords(const Options& options, int version, const Stream& pub
 }
 
 int first_unfit_byte(Mode mode, std::span<const std::uint8_t> data) {
+  if (mode == Mode::byte) return -1;
   for (std::size_t at = 0; at < data.size(); ++at) {
     const auto rest = data.subspan(at);
     bool fits = true;

@@ -33,22 +33,26 @@ constexpr bool mask_inverts(int pattern, int row, int column) {
 
 inline constexpr int kMaskPeriod = 12;  // every pattern repeats after so many rows, and after so many columns
 
-/// [pattern][word of the row][row mod 12], packed as a Layer is.
-using MaskPatterns = std::array<std::array<std::array<std::uint64_t, kMaskPeriod>, Layer::kMostWords>, 8>;
+/// The same word of a row under each of the eight patterns.
+template <class Word>
+using ForEachPattern = std::array<Word, 8>;
 
-constexpr MaskPatterns make_mask_patterns() {
-  MaskPatterns patterns{};
-  for (int pattern = 0; pattern < 8; ++pattern) {
+/// [word of the row][row mod 12][pattern], packed as a Layer is in words of `Word`.
+template <class Word>
+inline constexpr auto kMaskPatterns = [] {
+  constexpr int kWordBits = sizeof(Word) * 8;
+  std::array<std::array<ForEachPattern<Word>, kMaskPeriod>, (kMostModules + kWordBits - 1) / kWordBits>
+      patterns{};
+  for (int column = 0; column < static_cast<int>(patterns.size()) * kWordBits; ++column) {
     for (int row = 0; row < kMaskPeriod; ++row) {
-      for (int column = 0; column < 64 * Layer::kMostWords; ++column) {
-        const std::uint64_t bit = mask_inverts(pattern, row, column) ? 1 : 0;
-        patterns[static_cast<std::size_t>(pattern)][static_cast<std::size_t>(column / 64)]
-                [static_cast<std::size_t>(row)] |= bit << (63 - column % 64);
+      for (int pattern = 0; pattern < 8; ++pattern) {
+        if (!mask_inverts(pattern, row, column)) continue;
+        patterns[static_cast<std::size_t>(column / kWordBits)][static_cast<std::size_t>(row)]
+                [static_cast<std::size_t>(pattern)] |= Word{1} << (kWordBits - 1 - column % kWordBits);
       }
     }
   }
   return patterns;
-}
-inline constexpr MaskPatterns kMaskPatterns = make_mask_patterns();
+}();
 
 }  // namespace korvex::qr

@@ -1,7 +1,10 @@
 #include "qr/masking.hpp"
 
+#include <algorithm>
 #include <bit>
+#include <cstdlib>
 
+#include "qr/bit_counts.hpp"
 #include "qr/format_information.hpp"
 #include "qr/mask_patterns.hpp"
 #include "qr/penalty.hpp"
@@ -9,70 +12,125 @@
 namespace korvex::qr {
 namespace {
 
-/// Sets the bits of a layer or a grid by row and column.
-template <class SetDark>
-void draw_format_information(std::uint32_t word, int side, SetDark set_dark) {
-  constexpr int kTimingLine = 6;
-  for (int bit = 0; bit < 15; ++bit) {
-    if ((word >> bit & 1U) == 0) continue;
-    // Around the top left finder pattern, the timing patterns left out.
-    const int near = bit < 8 ? bit : 14 - bit;
-    const int place = near + (near >= kTimingLine ? 1 : 0);
-    if (bit < 8) {
-      set_dark(place, 8);
-      set_dark(8, side - 1 - bit);
-    } else {
-      set_dark(8, place);
-      set_dark(side - 15 + bit, 8);
+/// Format information of all masks, of Model 1 (index 0) and Model 2 by level.
+constexpr auto kFormats = [] {
+  std::array<std::array<ForEachPattern<std::uint16_t>, 4>, 2> formats{};
+  for (std::size_t level = 0; level < 4; ++level) {
+    for (std::size_t mask = 0; mask < 8; ++mask) {
+      const auto word = [&](SymbolType type) {
+        return static_cast<std::uint16_t>(
+            format_information(type, static_cast<Level>(level), static_cast<int>(mask)));
+      };
+      formats[0][level][mask] = word(SymbolType::model1);
+      formats[1][level][mask] = word(SymbolType::model2);
     }
   }
-}
+  return formats;
+}();
 
-/// The symbol with every mask applied in turn, to be scored.
+/// A square symbol under all eight masks side by side, with the format information that goes with each.
 template <class Word, int kWords>
-class Candidates {
+class MaskedSymbols {
  public:
-  Candidates(const Canvas& canvas, Level level) : canvas_(canvas), level_(level), grid_(canvas.columns) {}
-
-  [[nodiscard]] const MaskedGrid<Word, kWords>& grid() const { return grid_; }
-
-  void apply(int mask) {
-    constexpr int kShift = 64 - MaskedGrid<Word, kWords>::kWordBits;
-    for (int w = 0; w < kWords; ++w) {
-      const auto& pattern = kMaskPatterns[static_cast<std::size_t>(mask)][static_cast<std::size_t>(w)];
-      const std::uint64_t* const dark = canvas_.dark.word_column(w);
-      const std::uint64_t* const area = canvas_.data_area.word_column(w);
-      Word* const masked = grid_.word_column(w);
-      for (int row = 0; row < canvas_.rows; row += kMaskPeriod) {
-        for (int i = 0; i < kMaskPeriod; ++i) {
-          masked[row + i] = static_cast<Word>(
-              (dark[row + i] ^ (area[row + i] & pattern[static_cast<std::size_t>(i)])) >> kShift);
+  MaskedSymbols(const Canvas& canvas, Level level) : side_(canvas.columns) {
+    for (std::size_t w = 0; w < kWords; ++w) {
+      const std::uint64_t* const dark = canvas.dark.word_column(static_cast<int>(w));
+      const std::uint64_t* const area = canvas.data_area.word_column(static_cast<int>(w));
+      for (std::size_t row = 0; row < static_cast<std::size_t>(side_); ++row) {
+        const auto& patterns = kMaskPatterns<Word>[w][row % kMaskPeriod];
+        const auto row_dark = static_cast<Word>(dark[row] >> (64 - kBits));
+        const auto row_area = static_cast<Word>(area[row] >> (64 - kBits));
+        for (std::size_t mask = 0; mask < 8; ++mask) {
+          words_[w][row][mask] = row_dark ^ (row_area & patterns[mask]);
         }
       }
     }
     draw_format_information(
-        format_information(canvas_.type, level_, mask), canvas_.rows, [&](int row, int column) {
-          constexpr int kBits = MaskedGrid<Word, kWords>::kWordBits;
-          grid_.word_column(column / kBits)[row] |= Word{1} << (kBits - 1 - column % kBits);
-        });
+        kFormats[canvas.type == SymbolType::model1 ? 0 : 1][static_cast<std::size_t>(level)]);
   }
 
-  [[nodiscard]] ModuleMatrix modules() {
-    ModuleMatrix modules(canvas_.rows, canvas_.columns);
+  /// 2 x 2 squares of one colour, overlapping ones each, under each mask.
+  [[nodiscard]] std::array<int, 8> squares() const {
+    std::array<int, 8> squares{};
+    for (std::size_t w = 0; w < kWords; ++w) {
+      const int starts = std::min(kBits, side_ - 1 - static_cast<int>(w) * kBits);
+      if (starts <= 0) break;
+      const Word columns = static_cast<Word>(~Word{0} << (kBits - starts));
+      ForEachPattern<Word> sums{};
+      ForEachPattern<Word> changes_above = changes_right(0, w);
+      for (std::size_t row = 1; row < static_cast<std::size_t>(side_); ++row) {
+        const ForEachPattern<Word> changes = changes_right(row, w);
+        for (std::size_t mask = 0; mask < 8; ++mask) {
+          const Word changes_down = words_[w][row - 1][mask] ^ words_[w][row][mask];
+          sums[mask] +=
+              pairs_of_bytes(ones_by_byte(columns & ~(changes_above[mask] | changes[mask] | changes_down)));
+        }
+        changes_above = changes;
+      }
+      for (std::size_t mask = 0; mask < 8; ++mask) squares[mask] += total_of_pairs(sums[mask]);
+    }
+    return squares;
+  }
+
+  void copy_to(MaskedGrid<Word, kWords>& grid, int mask) const {
     for (int w = 0; w < kWords; ++w) {
-      const Word* const words = grid_.word_column(w);
-      for (int row = 0; row < canvas_.rows; ++row) {
-        modules.row(row)[static_cast<std::size_t>(w)] = std::uint64_t{words[row]}
-                                                        << (64 - MaskedGrid<Word, kWords>::kWordBits);
+      for (int row = 0; row < side_; ++row) grid.word(w, row) = word(w, row, mask);
+    }
+  }
+
+  [[nodiscard]] ModuleMatrix modules(int mask) const {
+    ModuleMatrix modules(side_, side_);
+    for (int row = 0; row < side_; ++row) {
+      const auto words = modules.row(row);
+      for (int w = 0; w < kWords; ++w) {
+        words[static_cast<std::size_t>(w)] = std::uint64_t{word(w, row, mask)} << (64 - kBits);
       }
     }
     return modules;
   }
 
  private:
-  const Canvas& canvas_;
-  Level level_;
-  MaskedGrid<Word, kWords> grid_;
+  static constexpr int kBits = sizeof(Word) * 8;
+
+  [[nodiscard]] Word word(int w, int row, int mask) const {
+    return words_[static_cast<std::size_t>(w)][static_cast<std::size_t>(row)][static_cast<std::size_t>(mask)];
+  }
+
+  /// Where the next module to the right has the other colour.
+  [[nodiscard]] ForEachPattern<Word> changes_right(std::size_t row, std::size_t w) const {
+    ForEachPattern<Word> changes;
+    for (std::size_t mask = 0; mask < 8; ++mask) {
+      const Word here = words_[w][row][mask];
+      changes[mask] = here ^ here << 1;
+      if (w + 1 < kWords) changes[mask] ^= words_[w + 1][row][mask] >> (kBits - 1);
+    }
+    return changes;
+  }
+
+  /// ISO/IEC 18004:2015, 7.9.1: once around the top left finder pattern, without the timing patterns, bit 0
+  /// at the top; once below the top right one and beside the bottom left one. The places are light so far.
+  void draw_format_information(const ForEachPattern<std::uint16_t>& formats) {
+    constexpr int kLine = 8;  // row and column
+    // Bits [first, first + count) side by side, the first one rightmost.
+    const auto draw = [&](int row, int column, int first, int count) {
+      auto& words = words_[static_cast<std::size_t>(column / kBits)][static_cast<std::size_t>(row)];
+      for (std::size_t mask = 0; mask < 8; ++mask) {
+        const Word bits = Word{formats[mask]} >> first & ((Word{1} << count) - 1);
+        words[mask] |= bits << (kBits - column % kBits - count);
+      }
+    };
+    for (int bit = 0; bit < 6; ++bit) draw(bit, kLine, bit, 1);
+    draw(7, kLine, 6, 1);
+    draw(kLine, kLine - 1, 7, 2);
+    draw(kLine, 0, 9, 6);
+    for (int bit = 8; bit < 15; ++bit) draw(side_ - 15 + bit, kLine, bit, 1);
+    const int in_word = std::min(kBits - (side_ - 8) % kBits, 8);  // the last eight may lie in two
+    draw(kLine, side_ - 8, 8 - in_word, in_word);
+    if (in_word < 8) draw(kLine, side_ - 8 + in_word, 0, 8 - in_word);
+  }
+
+  int side_;
+  std::array<std::array<ForEachPattern<Word>, std::min(kMostModules, kBits* kWords)>, kWords> words_;
 };
 
 struct Score {
@@ -91,68 +149,86 @@ int imbalance(int dark_modules, int side) {
 // 18004:2015, 7.8.3.
 template <class Word, int kWords>
 MaskedSymbol best_of_eight(const Canvas& canvas, Level level) {
-  constexpr int kMasks = 8;
-  constexpr int kBestFirst = 20888;
+  constexpr int kMostFirst = 20888;
   constexpr int kNone = -32768;
+  const MaskedSymbols<Word, kWords> symbols(canvas, level);
+  const std::array<int, 8> squares = symbols.squares();
   std::array<Score, 3> kept;
   kept.fill({-1, kNone});
-  Candidates<Word, kWords> candidates(canvas, level);
-  for (int mask = 0; mask < kMasks; ++mask) {
-    candidates.apply(mask);
-    Score entry{mask, kBestFirst - 3 * candidates.grid().squares()};
+  for (int mask = 0; mask < 8; ++mask) {
+    Score entry{mask, kMostFirst - 3 * squares[static_cast<std::size_t>(mask)]};
     for (Score& place : kept) {  // equal scores rank by mask number
       if (entry.score > place.score) std::swap(entry, place);
     }
   }
 
+  MaskedGrid<Word, kWords> grid(canvas.columns);
   Score best{-1, 0};
-  int applied = -1;
   for (const Score& candidate : kept) {
     if (candidate.mask < 0) continue;
-    candidates.apply(applied = candidate.mask);
-    const auto& grid = candidates.grid();
-    const int score = candidate.score - grid.runs() - 40 * grid.finder_likes() -
-                      10 * imbalance(grid.dark_modules(), canvas.rows);
+    symbols.copy_to(grid, candidate.mask);
+    const auto counts = grid.counts();
+    const int score = candidate.score - counts.runs - 40 * counts.finder_likes -
+                      10 * imbalance(counts.dark_modules, canvas.columns);
     if (best.mask < 0 || score > best.score) best = {candidate.mask, score};
   }
-  if (applied != best.mask) candidates.apply(best.mask);
-  return {candidates.modules(), best.mask};
+  return {symbols.modules(best.mask), best.mask};
 }
 
-/// The canvas with one mask applied, without format information.
+/// The canvas under one mask pattern, without format information.
 ModuleMatrix masked(const Canvas& canvas, int pattern) {
   ModuleMatrix modules(canvas.rows, canvas.columns);
   for (int row = 0; row < canvas.rows; ++row) {
-    for (int w = 0; w < canvas.words; ++w) {
-      const std::uint64_t inverted =
-          kMaskPatterns[static_cast<std::size_t>(pattern)][static_cast<std::size_t>(w)]
-                       [static_cast<std::size_t>(row % kMaskPeriod)];
-      modules.row(row)[static_cast<std::size_t>(w)] =
-          canvas.dark.word(row, w) ^ (canvas.data_area.word(row, w) & inverted);
+    const auto words = modules.row(row);
+    for (std::size_t w = 0; w < words.size(); ++w) {
+      const auto& patterns = kMaskPatterns<std::uint64_t>[w][static_cast<std::size_t>(row % kMaskPeriod)];
+      const int word = static_cast<int>(w);
+      words[w] = canvas.dark.word(row, word) ^
+                 (canvas.data_area.word(row, word) & patterns[static_cast<std::size_t>(pattern)]);
     }
   }
   return modules;
 }
 
-/// ISO/IEC 18004:2015, 7.8.3.2: dark modules along the two edges without timing pattern.
-MaskedSymbol best_of_four(const Canvas& canvas, Level level) {
-  constexpr std::array<int, 4> kMicroPatterns = {1, 4, 6, 7};
-  const int edge = canvas.rows - 1;
-  Score best{-1, -1};
-  for (int mask = 0; mask < 4; ++mask) {
-    const int pattern = kMicroPatterns[static_cast<std::size_t>(mask)];
-    int bottom = 0;
-    int right = 0;
-    const auto dark = [&](int row, int column) {
-      const bool dark_before = (canvas.dark.word(row, 0) >> (63 - column) & 1U) != 0;
-      return dark_before != mask_inverts(pattern, row, column) ? 1 : 0;
-    };
-    for (int i = 1; i <= edge; ++i) {
-      bottom += dark(edge, i);
-      right += dark(i, edge);
+constexpr std::array<int, 4> kMicroPatterns = {1, 4, 6, 7};
+
+/// The right edges of the Micro QR mask patterns, by version and mask, top row in the most significant bit.
+constexpr auto kMicroRightEdges = [] {
+  std::array<std::array<std::uint32_t, 4>, 4> edges{};
+  for (int version = 1; version <= 4; ++version) {
+    const int side = 2 * version + 9;
+    for (std::size_t mask = 0; mask < 4; ++mask) {
+      for (int row = 0; row < side; ++row) {
+        if (!mask_inverts(kMicroPatterns[mask], row, side - 1)) continue;
+        edges[static_cast<std::size_t>(version - 1)][mask] |= 1U << (31 - row);
+      }
     }
-    const int score = 16 * std::min(bottom, right) + std::max(bottom, right);
-    if (score > best.score) best = {mask, score};
+  }
+  return edges;
+}();
+
+/// ISO/IEC 18004:2015, 7.8.3.2: what counts are the dark modules of the two edges without timing pattern,
+/// apart from those where a timing pattern ends.
+MaskedSymbol best_of_four(const Canvas& canvas, Level level) {
+  const int edge = canvas.rows - 1;
+  const auto counted = static_cast<std::uint32_t>(bit_range(1, canvas.rows) >> 32);
+  const auto& bottom_patterns = kMaskPatterns<std::uint32_t>[0][static_cast<std::size_t>(edge % kMaskPeriod)];
+  const auto& right_patterns = kMicroRightEdges[static_cast<std::size_t>(canvas.version - 1)];
+  const auto bottom = static_cast<std::uint32_t>(canvas.dark.word(edge, 0) >> 32);
+  std::uint32_t right = 0;
+  for (int row = 0; row <= edge; ++row) {
+    right |= static_cast<std::uint32_t>(canvas.dark.word(row, 0) >> (63 - edge) & 1U) << (31 - row);
+  }
+
+  const auto count = [&](std::uint32_t modules) {
+    return total_of_pairs(pairs_of_bytes(ones_by_byte(modules & counted)));
+  };
+  Score best{-1, -1};
+  for (std::size_t mask = 0; mask < 4; ++mask) {
+    const int at_bottom = count(bottom ^ bottom_patterns[static_cast<std::size_t>(kMicroPatterns[mask])]);
+    const int at_right = count(right ^ right_patterns[mask]);
+    const int score = 16 * std::min(at_bottom, at_right) + std::max(at_bottom, at_right);
+    if (score > best.score) best = {static_cast<int>(mask), score};
   }
 
   ModuleMatrix modules = masked(canvas, kMicroPatterns[static_cast<std::size_t>(best.mask)]);
@@ -170,7 +246,7 @@ MaskedSymbol masked_rmqr(const Canvas& canvas, Level level) {
     const int row = beside_sub_pattern ? canvas.rows - 6 : 1;
     const int column = beside_sub_pattern ? canvas.columns - 8 : 8;
     for (int i = 0; i < 18; ++i) {
-      // Columns of five; the last three bits follow in a column, beside the sub-pattern in its top row.
+      // Columns of five bits; the last three stand in a column too, beside the sub-pattern in the top row.
       const bool in_row = beside_sub_pattern && i >= 15;
       modules.set_dark(row + (in_row ? 0 : i % 5), column + (in_row ? i - 12 : i / 5),
                        (format >> i & 1U) != 0);

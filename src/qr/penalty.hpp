@@ -3,84 +3,63 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
-#include <cstdlib>
 #include <utility>
 
+#include "qr/bit_counts.hpp"
 #include "qr/layer.hpp"
 
 namespace korvex::qr {
 
 /// A masked Model 1 or Model 2 symbol, square, in words of `Word` and `kWords` of them a row, packed as a
-/// Layer is. The rows around it are light.
+/// Layer is. Around it everything is light.
 template <class Word, int kWords>
 class MaskedGrid {
  public:
   static constexpr int kWordBits = sizeof(Word) * 8;
 
   explicit MaskedGrid(int side) : side_(side) {
-    for (auto& column : words_) {
-      std::fill_n(column.begin(), kRowsAbove, Word{0});
-      std::fill_n(column.begin() + kRowsAbove + side, kRowsBelow, Word{0});
+    for (auto& rows : words_) {
+      std::fill_n(rows.begin(), kRowsAbove, Word{0});
+      std::fill_n(rows.begin() + kRowsAbove + side, kRowsBelow, Word{0});
     }
   }
 
-  [[nodiscard]] int side() const { return side_; }
-  /// The words number `word` of all rows, row 0 first.
-  [[nodiscard]] Word* word_column(int word) { return &words_[static_cast<std::size_t>(word)][kRowsAbove]; }
+  /// A word of a row.
+  [[nodiscard]] Word& word(int word, int row) {
+    return words_[static_cast<std::size_t>(word)][static_cast<std::size_t>(row + kRowsAbove)];
+  }
   [[nodiscard]] bool dark(int row, int column) const {
-    return (word(column / kWordBits, row) >> (kWordBits - 1 - column % kWordBits) & 1U) != 0;
+    const auto& rows = words_[static_cast<std::size_t>(column / kWordBits)];
+    return (rows[static_cast<std::size_t>(row + kRowsAbove)] >> (kWordBits - 1 - column % kWordBits) & 1U) !=
+           0;
   }
 
-  /// 2 x 2 squares of one colour, overlapping ones each.
-  [[nodiscard]] int squares() const {
-    return sum_over_words([&]<int w>() {
-      const Word columns = first_columns<w>(side_ - 1);
-      return sum_ones(0, side_ - 1, [&](int row) {
-        return columns & ~(changes_right<w>(row) | changes_right<w>(row + 1) | changes_down<w>(row));
-      });
-    });
+  /// What speaks against the symbol.
+  struct Counts {
+    int dark_modules = 0;
+    /// Of the runs of five or more modules of one colour in rows and columns, the sum of their lengths, each
+    /// less 2.
+    int runs = 0;
+    /// Dark-light-dark-light-dark runs of 1 : 1 : 3 : 1 : 1 in rows and columns with a light run of four
+    /// units or more on at least one side. Past the right and the bottom edge light goes on, past the left
+    /// and the top it does not.
+    int finder_likes = 0;
+  };
+  [[nodiscard]] Counts counts() const {
+    return [&]<int... w>(std::integer_sequence<int, w...>) {
+      Counts sum;
+      (add_counts<w>(sum), ...);
+      return sum;
+    }
+    (std::make_integer_sequence<int, kWords>());
   }
-
-  [[nodiscard]] int dark_modules() const {
-    return sum_over_words([&]<int w>() { return sum_ones(0, side_, [&](int row) { return word<w>(row); }); });
-  }
-
-  /// Runs of five or more modules of one colour in rows and columns, each with its length less 2.
-  [[nodiscard]] int runs() const {
-    // A run of n modules has n - 4 places where five of it start, and one of them starts the run: n - 4 + 2.
-    return sum_over_words([&]<int w>() {
-      const Word starts = first_columns<w>(side_ - 4);
-      const Word line_start = first_columns<w>(1);
-      const auto five_across = [&](int row) {
-        const Word c1 = changes_right<w>(row);
-        const Word next = changes_right<w + 1>(row);
-        return starts & ~(c1 | ahead<1>(c1, next) | ahead<2>(c1, next) | ahead<3>(c1, next));
-      };
-      const auto starts_across = [&](int row) {
-        const Word before = behind<1>(changes_right<w>(row), changes_right<w - 1>(row));
-        return five_across(row) & (before | line_start);
-      };
-      const Word columns = first_columns<w>(side_);
-      const auto five_down = [&](int row) {
-        return columns & ~(changes_down<w>(row) | changes_down<w>(row + 1) | changes_down<w>(row + 2) |
-                           changes_down<w>(row + 3));
-      };
-      const auto starts_down = [&](int row) { return five_down(row) & changes_down<w>(row - 1); };
-      return sum_ones(0, side_, five_across) + 2 * sum_ones(0, side_, starts_across) +
-             sum_ones(0, side_ - 4, five_down) + 2 * sum_ones(0, 1, five_down) +
-             2 * sum_ones(1, side_ - 4, starts_down);
-    });
-  }
-
-  /// Dark-light-dark-light-dark runs of 1 : 1 : 3 : 1 : 1 in rows and columns with a light run of four units
-  /// or more on at least one side. Past the right and the bottom edge everything is light.
-  [[nodiscard]] int finder_likes() const { return finder_likes_of_one_module() + larger_finder_likes(); }
 
  private:
-  // As far as the columns look beyond a row.
+  // As far as columns are followed beyond a row.
   static constexpr int kRowsAbove = 4;
-  static constexpr int kRowsBelow = 12;
+  static constexpr int kRowsBelow = 13;
 
   template <int w>
   [[nodiscard]] Word word(int row) const {
@@ -89,9 +68,6 @@ class MaskedGrid {
     } else {
       return words_[w][static_cast<std::size_t>(row + kRowsAbove)];
     }
-  }
-  [[nodiscard]] Word word(int w, int row) const {
-    return words_[static_cast<std::size_t>(w)][static_cast<std::size_t>(row + kRowsAbove)];
   }
 
   /// What stands `n` columns further right, `next` is the word after `here`; and further left.
@@ -105,144 +81,132 @@ class MaskedGrid {
     if constexpr (kWords == 1) return here >> n;
     return here >> n | previous << (kWordBits - n);
   }
+
   /// Word w of a row whose first `count` columns are ones.
   template <int w>
   static constexpr Word first_columns(int count) {
     const int bits = std::clamp(count - w * kWordBits, 0, kWordBits);
     return bits == 0 ? 0 : static_cast<Word>(~Word{0} << (kWordBits - bits));
   }
+  /// The same for rows: all ones below index `end`, zeros from there on.
+  static const Word* ones_until(int end) {
+    static constexpr auto kSteps = [] {
+      std::array<Word, 2 * Layer::kRows> steps{};
+      std::fill_n(steps.begin(), Layer::kRows, static_cast<Word>(~Word{0}));
+      return steps;
+    }();
+    return kSteps.data() + (Layer::kRows - end);
+  }
 
-  /// Where the next module to the right, or below, has the other colour.
+  /// Rows up to a whole number of those that a vector unit takes at once: in those below the symbol nothing
+  /// is found.
+  [[nodiscard]] int grouped_rows() const { return (side_ + 3) / 4 * 4; }
+
+  /// Many modules, one a bit, with those around each in a row or a column: d1 stands one module further on,
+  /// b1 one back.
+  struct Line {
+    Word b4, b3, b2, b1, d0, d1, d2, d3, d4, d5, d6, d7, d8, d9, d10;
+  };
+  /// What starts at these modules: runs of five, by byte with those that start a run counted three times, as
+  /// a run of n modules has n - 4 places where five of it start and counts n - 2; patterns of one-module
+  /// units, by byte; and where the middle of a larger pattern may start.
+  struct Found {
+    Word runs_by_byte;
+    Word patterns_by_byte;
+    Word middles;
+  };
+  /// `complete` has the modules that have four more after them, `first` those that start a line and
+  /// `first_four` those that have fewer than four before them.
+  static Found find(const Line& at, Word complete, Word first, Word first_four) {
+    const Word five_dark = at.d0 & at.d1 & at.d2 & at.d3 & at.d4;
+    const Word any_dark_of_five = at.d0 | at.d1 | at.d2 | at.d3 | at.d4;
+    const Word five_alike = (five_dark | ~any_dark_of_five) & complete;
+    const Word run_starts = five_alike & ((at.d0 ^ at.b1) | first);
+
+    const Word dark_before = at.b1 | at.b2 | at.b3 | at.b4 | first_four;
+    const Word dark_after = at.d7 | at.d8 | at.d9 | at.d10;
+    const Word patterns = at.d0 & at.d2 & at.d3 & at.d4 & at.d6 & ~(at.b1 | at.d1 | at.d5 | at.d7) &
+                          ~(dark_before & dark_after);
+
+    // Six dark modules after two light ones. The ninth belongs to the middle as well or, when the unit is
+    // two, to the last dark run.
+    const Word middles = five_dark & at.d5 & at.d8 & ~(at.b1 | at.b2);
+    return {ones_by_byte(five_alike) + 2 * ones_by_byte(run_starts), ones_by_byte(patterns), middles};
+  }
+
+  /// Adds what stands in word w of the rows.
   template <int w>
-  [[nodiscard]] Word changes_right(int row) const {
-    return word<w>(row) ^ ahead<1>(word<w>(row), word<w + 1>(row));
-  }
-  template <int w>
-  [[nodiscard]] Word changes_down(int row) const {
-    return word<w>(row) ^ word<w>(row + 1);
-  }
-
-  /// The sum of what `count` returns for each word of a row.
-  template <class Count>
-  static int sum_over_words(Count count) {
-    return [&]<int... w>(std::integer_sequence<int, w...>) {
-      return (count.template operator()<w>() + ...);
+  void add_counts(Counts& sum) const {
+    const Word all_columns = first_columns<w>(side_);
+    const Word complete_columns = first_columns<w>(side_ - 4);
+    const Word* const all_rows = ones_until(side_);
+    const Word* const complete_rows = ones_until(side_ - 4);
+    const Word* const first_row = ones_until(1);
+    const Word* const first_four_rows = ones_until(4);
+    Places middles_across;
+    Places middles_down;
+    Word any_middle = 0;
+    Word dark = 0;
+    Word runs = 0;
+    Word patterns = 0;
+    for (int row = 0; row < grouped_rows(); ++row) {
+      const Word previous = word<w - 1>(row);
+      const Word here = word<w>(row);
+      const Word next = word<w + 1>(row);
+      const Line right = {behind<4>(here, previous),
+                          behind<3>(here, previous),
+                          behind<2>(here, previous),
+                          behind<1>(here, previous),
+                          here,
+                          ahead<1>(here, next),
+                          ahead<2>(here, next),
+                          ahead<3>(here, next),
+                          ahead<4>(here, next),
+                          ahead<5>(here, next),
+                          ahead<6>(here, next),
+                          ahead<7>(here, next),
+                          ahead<8>(here, next),
+                          ahead<9>(here, next),
+                          ahead<10>(here, next)};
+      const Line down = {
+          word<w>(row - 4), word<w>(row - 3), word<w>(row - 2), word<w>(row - 1), here,
+          word<w>(row + 1), word<w>(row + 2), word<w>(row + 3), word<w>(row + 4), word<w>(row + 5),
+          word<w>(row + 6), word<w>(row + 7), word<w>(row + 8), word<w>(row + 9), word<w>(row + 10)};
+      const Found across_found =
+          find(right, complete_columns & all_rows[row], first_columns<w>(1), first_columns<w>(4));
+      const Found down_found =
+          find(down, all_columns & complete_rows[row], first_row[row], first_four_rows[row]);
+      dark += pairs_of_bytes(ones_by_byte(here));
+      runs += pairs_of_bytes(across_found.runs_by_byte + down_found.runs_by_byte);
+      patterns += pairs_of_bytes(across_found.patterns_by_byte + down_found.patterns_by_byte);
+      middles_across[static_cast<std::size_t>(row)] = across_found.middles;
+      middles_down[static_cast<std::size_t>(row)] = down_found.middles;
+      any_middle |= across_found.middles | down_found.middles;
     }
-    (std::make_integer_sequence<int, kWords>());
+    sum.dark_modules += total_of_pairs(dark);
+    sum.runs += total_of_pairs(runs);
+    sum.finder_likes += total_of_pairs(patterns);
+    if (any_middle != 0) sum.finder_likes += larger_finder_likes(w, middles_across, middles_down);
   }
 
-  /// Ones in what `word_of` returns for the rows [begin, end).
-  template <class WordOfRow>
-  static int sum_ones(int begin, int end, WordOfRow word_of) {
-    constexpr Word kAll = ~Word{0};
-    constexpr Word kLow8Of16 = kAll / 257;   // 0x00FF00FF...
-    constexpr Word kOneIn16 = kAll / 65535;  // 0x00010001...
-    constexpr int kRowsABatch = 31;          // no byte passes 8 * 31
-    int sum = 0;
-    while (begin < end) {
-      const int batch_end = std::min(end, begin + kRowsABatch);
-      Word bytes = 0;  // ones counted in each byte
-      for (; begin < batch_end; ++begin) {
-        Word x = word_of(begin);
-        x -= x >> 1 & kAll / 3;
-        x = (x & kAll / 5) + (x >> 2 & kAll / 5);
-        bytes += (x + (x >> 4)) & kAll / 17;
-      }
-      const Word pairs = (bytes & kLow8Of16) + (bytes >> 8 & kLow8Of16);
-      sum += static_cast<int>(static_cast<Word>(pairs * kOneIn16) >> (kWordBits - 16));
-    }
-    return sum;
-  }
+  /// One word of each row.
+  using Places = std::array<Word, Layer::kRows>;
 
-  [[nodiscard]] int finder_likes_of_one_module() const {
-    // A pattern starts at a module; d1 stands one module further, b1 one before it, and so on.
-    const auto pattern = [](Word b1, Word d0, Word d1, Word d2, Word d3, Word d4, Word d5, Word d6, Word d7) {
-      return ~b1 & d0 & ~d1 & d2 & d3 & d4 & ~d5 & d6 & ~d7;
-    };
-    return sum_over_words([&]<int w>() {
-      const Word four_before = ~first_columns<w>(4);
-      const auto across = [&](int row) {
-        const Word previous = word<w - 1>(row);
-        const Word here = word<w>(row);
-        const Word next = word<w + 1>(row);
-        const Word b1 = behind<1>(here, previous);
-        const Word d7 = ahead<7>(here, next);
-        const Word light_before =
-            ~(b1 | behind<2>(here, previous) | behind<3>(here, previous) | behind<4>(here, previous)) &
-            four_before;
-        const Word light_after = ~(d7 | ahead<8>(here, next) | ahead<9>(here, next) | ahead<10>(here, next));
-        return pattern(b1, here, ahead<1>(here, next), ahead<2>(here, next), ahead<3>(here, next),
-                       ahead<4>(here, next), ahead<5>(here, next), ahead<6>(here, next), d7) &
-               (light_before | light_after);
-      };
-      const auto down_from = [&](int row) {
-        return pattern(word<w>(row - 1), word<w>(row), word<w>(row + 1), word<w>(row + 2), word<w>(row + 3),
-                       word<w>(row + 4), word<w>(row + 5), word<w>(row + 6), word<w>(row + 7));
-      };
-      const auto light_after = [&](int row) {
-        return ~(word<w>(row + 7) | word<w>(row + 8) | word<w>(row + 9) | word<w>(row + 10));
-      };
-      const auto light_before = [&](int row) {
-        return ~(word<w>(row - 1) | word<w>(row - 2) | word<w>(row - 3) | word<w>(row - 4));
-      };
-      const auto down_near_top = [&](int row) { return down_from(row) & light_after(row); };
-      const auto down = [&](int row) { return down_from(row) & (light_before(row) | light_after(row)); };
-      return sum_ones(0, side_, across) + sum_ones(0, 4, down_near_top) + sum_ones(4, side_ - 6, down);
-    });
-  }
-
-  /// Patterns with a unit of two modules or more: few, so that each place where the middle may start is
-  /// looked at.
-  [[nodiscard]] int larger_finder_likes() const {
-    // The middle: six dark modules after two light ones, with the neighbours that a unit of two has, or three
-    // or more.
-    const auto may_start = [](Word b4, Word b3, Word b2, Word b1, Word d0, Word d1, Word d2, Word d3, Word d4,
-                              Word d5, Word d6, Word d7, Word d8, Word d9) {
-      return ~(b2 | b1) & d0 & d1 & d2 & d3 & d4 & d5 &
-             ((b4 & b3 & ~d6 & ~d7 & d8 & d9) | (~b3 & d6 & d7 & d8));
-    };
-    return sum_over_words([&]<int w>() {
-      const auto across = [&](int row) {
-        const Word previous = word<w - 1>(row);
-        const Word here = word<w>(row);
-        const Word next = word<w + 1>(row);
-        return may_start(behind<4>(here, previous), behind<3>(here, previous), behind<2>(here, previous),
-                         behind<1>(here, previous), here, ahead<1>(here, next), ahead<2>(here, next),
-                         ahead<3>(here, next), ahead<4>(here, next), ahead<5>(here, next),
-                         ahead<6>(here, next), ahead<7>(here, next), ahead<8>(here, next),
-                         ahead<9>(here, next));
-      };
-      const auto down = [&](int row) {
-        return may_start(word<w>(row - 4), word<w>(row - 3), word<w>(row - 2), word<w>(row - 1), word<w>(row),
-                         word<w>(row + 1), word<w>(row + 2), word<w>(row + 3), word<w>(row + 4),
-                         word<w>(row + 5), word<w>(row + 6), word<w>(row + 7), word<w>(row + 8),
-                         word<w>(row + 9));
-      };
-      const auto in_row = [&](int row, int column) {
-        return is_finder_like([&](int at) { return dark(row, at); }, column);
-      };
-      const auto in_column = [&](int row, int column) {
-        return is_finder_like([&](int at) { return dark(at, column); }, row);
-      };
-      return count_places<w>(across, in_row) + count_places<w>(down, in_column);
-    });
-  }
-
-  /// Ones of `candidates_in` at whose row and column `confirm` says yes.
-  template <int w, class Candidates, class Confirm>
-  [[nodiscard]] int count_places(Candidates candidates_in, Confirm confirm) const {
-    std::array<Word, kMostModules> candidates;
-    Word any = 0;
-    for (int row = 0; row < side_; ++row) {
-      any |= candidates[static_cast<std::size_t>(row)] = candidates_in(row);
-    }
-    if (any == 0) return 0;
+  /// Patterns with a unit of two modules or more: so few that each place where a middle may start is looked
+  /// at. The places are words number w of the rows.
+  [[nodiscard]] int larger_finder_likes(int w, const Places& across, const Places& down) const {
     int count = 0;
     for (int row = 0; row < side_; ++row) {
-      for (Word rest = candidates[static_cast<std::size_t>(row)]; rest != 0;) {
-        const int bit = std::countl_zero(rest);
-        rest &= static_cast<Word>(~(Word{1} << (kWordBits - 1 - bit)));
-        if (confirm(row, w * kWordBits + bit)) ++count;
+      const Word in_row = across[static_cast<std::size_t>(row)];
+      const Word in_columns = down[static_cast<std::size_t>(row)];
+      if ((in_row | in_columns) == 0) continue;
+      for (Word rest = in_row; rest != 0; rest &= rest - 1) {
+        const int column = (w + 1) * kWordBits - 1 - std::countr_zero(rest);
+        if (is_finder_like([&](int at) { return dark(row, at); }, column)) ++count;
+      }
+      for (Word rest = in_columns; rest != 0; rest &= rest - 1) {
+        const int column = (w + 1) * kWordBits - 1 - std::countr_zero(rest);
+        if (is_finder_like([&](int at) { return dark(at, column); }, row)) ++count;
       }
     }
     return count;
@@ -264,14 +228,14 @@ class MaskedGrid {
     const int start = middle - 2 * unit;
     const int end = middle + 5 * unit;
     if (start < 0 || end > side_) return false;
-    if (run(middle - unit - 1, -1, true, unit + 1) != unit ||
-        run(middle, 1, true, 3 * unit + 1) != 3 * unit ||
+    if (run(middle, 1, true, 3 * unit + 1) != 3 * unit ||
         run(middle + 3 * unit, 1, false, unit + 1) != unit ||
-        run(middle + 4 * unit, 1, true, unit + 1) != unit) {
+        run(middle + 4 * unit, 1, true, unit + 1) != unit ||
+        run(middle - unit - 1, -1, true, unit + 1) != unit) {
       return false;
     }
     const int after = run(end, 1, false, 4 * unit);
-    return run(start - 1, -1, false, 4 * unit) == 4 * unit || after == 4 * unit || end + after == side_;
+    return after == 4 * unit || end + after == side_ || run(start - 1, -1, false, 4 * unit) == 4 * unit;
   }
 
   int side_;
