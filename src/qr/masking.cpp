@@ -4,8 +4,8 @@
 #include <bit>
 #include <cstdlib>
 
-#include "qr/bit_counts.hpp"
 #include "qr/format_information.hpp"
+#include "qr/lanes.hpp"
 #include "qr/mask_patterns.hpp"
 #include "qr/penalty.hpp"
 
@@ -13,13 +13,13 @@ namespace korvex::qr {
 namespace {
 
 /// Format information of all masks, of Model 1 (index 0) and Model 2 by level.
+template <class Word>
 constexpr auto kFormats = [] {
-  std::array<std::array<ForEachPattern<std::uint16_t>, 4>, 2> formats{};
+  std::array<std::array<ForEachPattern<Word>, 4>, 2> formats{};
   for (std::size_t level = 0; level < 4; ++level) {
     for (std::size_t mask = 0; mask < 8; ++mask) {
       const auto word = [&](SymbolType type) {
-        return static_cast<std::uint16_t>(
-            format_information(type, static_cast<Level>(level), static_cast<int>(mask)));
+        return format_information(type, static_cast<Level>(level), static_cast<int>(mask));
       };
       formats[0][level][mask] = word(SymbolType::model1);
       formats[1][level][mask] = word(SymbolType::model2);
@@ -40,13 +40,13 @@ class MaskedSymbols {
         const auto& patterns = kMaskPatterns<Word>[w][row % kMaskPeriod];
         const auto row_dark = static_cast<Word>(dark[row] >> (64 - kBits));
         const auto row_area = static_cast<Word>(area[row] >> (64 - kBits));
-        for (std::size_t mask = 0; mask < 8; ++mask) {
-          words_[w][row][mask] = row_dark ^ (row_area & patterns[mask]);
+        for (std::size_t mask = 0; mask < 8; mask += kMasks) {
+          store<Word>((load(&patterns[mask]) & row_area) ^ row_dark, &words_[w][row][mask]);
         }
       }
     }
     draw_format_information(
-        kFormats[canvas.type == SymbolType::model1 ? 0 : 1][static_cast<std::size_t>(level)]);
+        kFormats<Word>[canvas.type == SymbolType::model1 ? 0 : 1][static_cast<std::size_t>(level)]);
   }
 
   /// 2 x 2 squares of one colour, overlapping ones each, under each mask.
@@ -56,25 +56,31 @@ class MaskedSymbols {
       const int starts = std::min(kBits, side_ - 1 - static_cast<int>(w) * kBits);
       if (starts <= 0) break;
       const Word columns = static_cast<Word>(~Word{0} << (kBits - starts));
-      ForEachPattern<Word> sums{};
-      ForEachPattern<Word> changes_above = changes_right(0, w);
-      for (std::size_t row = 1; row < static_cast<std::size_t>(side_); ++row) {
-        const ForEachPattern<Word> changes = changes_right(row, w);
-        for (std::size_t mask = 0; mask < 8; ++mask) {
-          const Word changes_down = words_[w][row - 1][mask] ^ words_[w][row][mask];
-          sums[mask] +=
-              pairs_of_bytes(ones_by_byte(columns & ~(changes_above[mask] | changes[mask] | changes_down)));
+      for (std::size_t mask = 0; mask < 8; mask += kMasks) {
+        Lanes<Word> sums{};
+        Lanes<Word> above = load(&words_[w][0][mask]);
+        Lanes<Word> changes_above = changes_right(w, 0, mask);
+        for (std::size_t row = 1; row < static_cast<std::size_t>(side_); ++row) {
+          const Lanes<Word> here = load(&words_[w][row][mask]);
+          const Lanes<Word> changes = changes_right(w, row, mask);
+          const Lanes<Word> alike = ~(changes_above | changes | (above ^ here)) & columns;
+          sums += pairs_of_bytes<Word>(ones_by_byte<Word>(alike));
+          above = here;
+          changes_above = changes;
         }
-        changes_above = changes;
+        for (std::size_t i = 0; i < kMasks; ++i) {
+          squares[mask + i] += total_of_pairs(lane<Word>(sums, static_cast<int>(i)));
+        }
       }
-      for (std::size_t mask = 0; mask < 8; ++mask) squares[mask] += total_of_pairs(sums[mask]);
     }
     return squares;
   }
 
   void copy_to(MaskedGrid<Word, kWords>& grid, int mask) const {
     for (int w = 0; w < kWords; ++w) {
-      for (int row = 0; row < side_; ++row) grid.word(w, row) = word(w, row, mask);
+      const auto& rows = words_[static_cast<std::size_t>(w)];
+      std::transform(rows.begin(), rows.begin() + side_, &grid.word(w, 0),
+                     [=](const auto& masks) { return masks[static_cast<std::size_t>(mask)]; });
     }
   }
 
@@ -91,32 +97,30 @@ class MaskedSymbols {
 
  private:
   static constexpr int kBits = sizeof(Word) * 8;
+  static constexpr std::size_t kMasks = kLaneCount<Word>;  // at once
 
   [[nodiscard]] Word word(int w, int row, int mask) const {
     return words_[static_cast<std::size_t>(w)][static_cast<std::size_t>(row)][static_cast<std::size_t>(mask)];
   }
 
-  /// Where the next module to the right has the other colour.
-  [[nodiscard]] ForEachPattern<Word> changes_right(std::size_t row, std::size_t w) const {
-    ForEachPattern<Word> changes;
-    for (std::size_t mask = 0; mask < 8; ++mask) {
-      const Word here = words_[w][row][mask];
-      changes[mask] = here ^ here << 1;
-      if (w + 1 < kWords) changes[mask] ^= words_[w + 1][row][mask] >> (kBits - 1);
-    }
-    return changes;
+  /// Where the next module to the right has the other colour, under the masks from `mask` on.
+  [[nodiscard]] Lanes<Word> changes_right(std::size_t w, std::size_t row, std::size_t mask) const {
+    const Lanes<Word> here = load(&words_[w][row][mask]);
+    if (w + 1 == kWords) return here ^ here << 1;
+    return here ^ (here << 1 | load(&words_[w + 1][row][mask]) >> (kBits - 1));
   }
 
   /// ISO/IEC 18004:2015, 7.9.1: once around the top left finder pattern, without the timing patterns, bit 0
   /// at the top; once below the top right one and beside the bottom left one. The places are light so far.
-  void draw_format_information(const ForEachPattern<std::uint16_t>& formats) {
+  void draw_format_information(const ForEachPattern<Word>& formats) {
     constexpr int kLine = 8;  // row and column
     // Bits [first, first + count) side by side, the first one rightmost.
     const auto draw = [&](int row, int column, int first, int count) {
       auto& words = words_[static_cast<std::size_t>(column / kBits)][static_cast<std::size_t>(row)];
-      for (std::size_t mask = 0; mask < 8; ++mask) {
-        const Word bits = Word{formats[mask]} >> first & ((Word{1} << count) - 1);
-        words[mask] |= bits << (kBits - column % kBits - count);
+      const int shift = kBits - column % kBits - count;
+      for (std::size_t mask = 0; mask < 8; mask += kMasks) {
+        const Lanes<Word> bits = load(&formats[mask]) >> first & ((Word{1} << count) - 1);
+        store<Word>(load(&words[mask]) | bits << shift, &words[mask]);
       }
     };
     for (int bit = 0; bit < 6; ++bit) draw(bit, kLine, bit, 1);
@@ -220,13 +224,11 @@ MaskedSymbol best_of_four(const Canvas& canvas, Level level) {
     right |= static_cast<std::uint32_t>(canvas.dark.word(row, 0) >> (63 - edge) & 1U) << (31 - row);
   }
 
-  const auto count = [&](std::uint32_t modules) {
-    return total_of_pairs(pairs_of_bytes(ones_by_byte(modules & counted)));
-  };
   Score best{-1, -1};
   for (std::size_t mask = 0; mask < 4; ++mask) {
-    const int at_bottom = count(bottom ^ bottom_patterns[static_cast<std::size_t>(kMicroPatterns[mask])]);
-    const int at_right = count(right ^ right_patterns[mask]);
+    const int at_bottom =
+        std::popcount((bottom ^ bottom_patterns[static_cast<std::size_t>(kMicroPatterns[mask])]) & counted);
+    const int at_right = std::popcount((right ^ right_patterns[mask]) & counted);
     const int score = 16 * std::min(at_bottom, at_right) + std::max(at_bottom, at_right);
     if (score > best.score) best = {static_cast<int>(mask), score};
   }

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "qr/bit_counts.hpp"
+#include "qr/lanes.hpp"
 #include "qr/layer.hpp"
 
 namespace korvex::qr {
@@ -26,7 +26,7 @@ class MaskedGrid {
     }
   }
 
-  /// A word of a row.
+  /// A word of a row, 0 to side - 1.
   [[nodiscard]] Word& word(int word, int row) {
     return words_[static_cast<std::size_t>(word)][static_cast<std::size_t>(row + kRowsAbove)];
   }
@@ -61,23 +61,26 @@ class MaskedGrid {
   static constexpr int kRowsAbove = 4;
   static constexpr int kRowsBelow = 13;
 
+  using Rows = Lanes<Word>;  // the same word of rows below each other
+
+  /// Word w of the rows from `row` on.
   template <int w>
-  [[nodiscard]] Word word(int row) const {
+  [[nodiscard]] Rows words(int row) const {
     if constexpr (w < 0 || w >= kWords) {
-      return 0;
+      return Rows{};
     } else {
-      return words_[w][static_cast<std::size_t>(row + kRowsAbove)];
+      return load(&words_[w][static_cast<std::size_t>(row + kRowsAbove)]);
     }
   }
 
   /// What stands `n` columns further right, `next` is the word after `here`; and further left.
   template <int n>
-  static constexpr Word ahead(Word here, Word next) {
+  static Rows ahead(const Rows& here, const Rows& next) {
     if constexpr (kWords == 1) return here << n;
     return here << n | next >> (kWordBits - n);
   }
   template <int n>
-  static constexpr Word behind(Word here, Word previous) {
+  static Rows behind(const Rows& here, const Rows& previous) {
     if constexpr (kWords == 1) return here >> n;
     return here >> n | previous << (kWordBits - n);
   }
@@ -98,95 +101,83 @@ class MaskedGrid {
     return kSteps.data() + (Layer::kRows - end);
   }
 
-  /// Rows up to a whole number of those that a vector unit takes at once: in those below the symbol nothing
-  /// is found.
-  [[nodiscard]] int grouped_rows() const { return (side_ + 3) / 4 * 4; }
-
-  /// Many modules, one a bit, with those around each in a row or a column: d1 stands one module further on,
-  /// b1 one back.
+  /// Modules and those around each in its row or column: d1 stands one module further on, b1 one back.
   struct Line {
-    Word b4, b3, b2, b1, d0, d1, d2, d3, d4, d5, d6, d7, d8, d9, d10;
+    Rows b4, b3, b2, b1, d0, d1, d2, d3, d4, d5, d6, d7, d8, d9, d10;
   };
-  /// What starts at these modules: runs of five, by byte with those that start a run counted three times, as
-  /// a run of n modules has n - 4 places where five of it start and counts n - 2; patterns of one-module
-  /// units, by byte; and where the middle of a larger pattern may start.
+  /// What starts at the modules d0.
   struct Found {
-    Word runs_by_byte;
-    Word patterns_by_byte;
-    Word middles;
+    Rows runs_by_byte;  // five of one colour, one that starts a run counts three: n modules give n - 4 + 2
+    Rows patterns_by_byte;  // 1 : 1 : 3 : 1 : 1 in units of one module
+    Rows middles;           // maybe the middle of a larger one
   };
-  /// `complete` has the modules that have four more after them, `first` those that start a line and
-  /// `first_four` those that have fewer than four before them.
-  static Found find(const Line& at, Word complete, Word first, Word first_four) {
-    const Word five_dark = at.d0 & at.d1 & at.d2 & at.d3 & at.d4;
-    const Word any_dark_of_five = at.d0 | at.d1 | at.d2 | at.d3 | at.d4;
-    const Word five_alike = (five_dark | ~any_dark_of_five) & complete;
-    const Word run_starts = five_alike & ((at.d0 ^ at.b1) | first);
+  /// `complete` has the modules with four more after them, `first` those that start a line and `first_four`
+  /// those with fewer than four before them.
+  static Found find(const Line& at, const Rows& complete, const Rows& first, const Rows& first_four) {
+    const Rows five_dark = at.d0 & at.d1 & at.d2 & at.d3 & at.d4;
+    const Rows dark_in_five = at.d0 | at.d1 | at.d2 | at.d3 | at.d4;
+    const Rows five_alike = (five_dark | ~dark_in_five) & complete;
+    const Rows run_starts = five_alike & ((at.d0 ^ at.b1) | first);
 
-    const Word dark_before = at.b1 | at.b2 | at.b3 | at.b4 | first_four;
-    const Word dark_after = at.d7 | at.d8 | at.d9 | at.d10;
-    const Word patterns = at.d0 & at.d2 & at.d3 & at.d4 & at.d6 & ~(at.b1 | at.d1 | at.d5 | at.d7) &
+    const Rows dark_before = at.b1 | at.b2 | at.b3 | at.b4 | first_four;
+    const Rows dark_after = at.d7 | at.d8 | at.d9 | at.d10;
+    const Rows patterns = at.d0 & at.d2 & at.d3 & at.d4 & at.d6 & ~(at.b1 | at.d1 | at.d5 | at.d7) &
                           ~(dark_before & dark_after);
 
     // Six dark modules after two light ones. The ninth belongs to the middle as well or, when the unit is
     // two, to the last dark run.
-    const Word middles = five_dark & at.d5 & at.d8 & ~(at.b1 | at.b2);
-    return {ones_by_byte(five_alike) + 2 * ones_by_byte(run_starts), ones_by_byte(patterns), middles};
+    const Rows middles = five_dark & at.d5 & at.d8 & ~(at.b1 | at.b2);
+    return {ones_by_byte<Word>(five_alike) + (ones_by_byte<Word>(run_starts) << 1),
+            ones_by_byte<Word>(patterns), middles};
   }
 
   /// Adds what stands in word w of the rows.
   template <int w>
   void add_counts(Counts& sum) const {
-    const Word all_columns = first_columns<w>(side_);
-    const Word complete_columns = first_columns<w>(side_ - 4);
-    const Word* const all_rows = ones_until(side_);
-    const Word* const complete_rows = ones_until(side_ - 4);
+    const Word columns = first_columns<w>(side_);
+    const Word columns_but_last_four = first_columns<w>(side_ - 4);
+    const Rows first_column = Rows{} | first_columns<w>(1);
+    const Rows first_four_columns = Rows{} | first_columns<w>(4);
+    const Word* const rows = ones_until(side_);
+    const Word* const rows_but_last_four = ones_until(side_ - 4);
     const Word* const first_row = ones_until(1);
     const Word* const first_four_rows = ones_until(4);
     Places middles_across;
     Places middles_down;
-    Word any_middle = 0;
-    Word dark = 0;
-    Word runs = 0;
-    Word patterns = 0;
-    for (int row = 0; row < grouped_rows(); ++row) {
-      const Word previous = word<w - 1>(row);
-      const Word here = word<w>(row);
-      const Word next = word<w + 1>(row);
-      const Line right = {behind<4>(here, previous),
-                          behind<3>(here, previous),
-                          behind<2>(here, previous),
-                          behind<1>(here, previous),
-                          here,
-                          ahead<1>(here, next),
-                          ahead<2>(here, next),
-                          ahead<3>(here, next),
-                          ahead<4>(here, next),
-                          ahead<5>(here, next),
-                          ahead<6>(here, next),
-                          ahead<7>(here, next),
-                          ahead<8>(here, next),
-                          ahead<9>(here, next),
-                          ahead<10>(here, next)};
-      const Line down = {
-          word<w>(row - 4), word<w>(row - 3), word<w>(row - 2), word<w>(row - 1), here,
-          word<w>(row + 1), word<w>(row + 2), word<w>(row + 3), word<w>(row + 4), word<w>(row + 5),
-          word<w>(row + 6), word<w>(row + 7), word<w>(row + 8), word<w>(row + 9), word<w>(row + 10)};
-      const Found across_found =
-          find(right, complete_columns & all_rows[row], first_columns<w>(1), first_columns<w>(4));
-      const Found down_found =
-          find(down, all_columns & complete_rows[row], first_row[row], first_four_rows[row]);
-      dark += pairs_of_bytes(ones_by_byte(here));
-      runs += pairs_of_bytes(across_found.runs_by_byte + down_found.runs_by_byte);
-      patterns += pairs_of_bytes(across_found.patterns_by_byte + down_found.patterns_by_byte);
-      middles_across[static_cast<std::size_t>(row)] = across_found.middles;
-      middles_down[static_cast<std::size_t>(row)] = down_found.middles;
-      any_middle |= across_found.middles | down_found.middles;
+    Rows any_middle{};
+    Rows dark{};
+    Rows runs{};
+    Rows patterns{};
+    for (int row = 0; row < side_; row += kLaneCount<Word>) {
+      const Rows previous = words<w - 1>(row);
+      const Rows here = words<w>(row);
+      const Rows next = words<w + 1>(row);
+      const Found across =
+          find({behind<4>(here, previous), behind<3>(here, previous), behind<2>(here, previous),
+                behind<1>(here, previous), here, ahead<1>(here, next), ahead<2>(here, next),
+                ahead<3>(here, next), ahead<4>(here, next), ahead<5>(here, next), ahead<6>(here, next),
+                ahead<7>(here, next), ahead<8>(here, next), ahead<9>(here, next), ahead<10>(here, next)},
+               load(rows + row) & columns_but_last_four, first_column, first_four_columns);
+      const Found down = find(
+          {words<w>(row - 4), words<w>(row - 3), words<w>(row - 2), words<w>(row - 1), here,
+           words<w>(row + 1), words<w>(row + 2), words<w>(row + 3), words<w>(row + 4), words<w>(row + 5),
+           words<w>(row + 6), words<w>(row + 7), words<w>(row + 8), words<w>(row + 9), words<w>(row + 10)},
+          load(rows_but_last_four + row) & columns, load(first_row + row), load(first_four_rows + row));
+      dark += pairs_of_bytes<Word>(ones_by_byte<Word>(here));
+      runs += pairs_of_bytes<Word>(across.runs_by_byte + down.runs_by_byte);
+      patterns += pairs_of_bytes<Word>(across.patterns_by_byte + down.patterns_by_byte);
+      store<Word>(across.middles, &middles_across[static_cast<std::size_t>(row)]);
+      store<Word>(down.middles, &middles_down[static_cast<std::size_t>(row)]);
+      any_middle |= across.middles | down.middles;
     }
-    sum.dark_modules += total_of_pairs(dark);
-    sum.runs += total_of_pairs(runs);
-    sum.finder_likes += total_of_pairs(patterns);
-    if (any_middle != 0) sum.finder_likes += larger_finder_likes(w, middles_across, middles_down);
+    Word found_middle = 0;
+    for (int i = 0; i < kLaneCount<Word>; ++i) {
+      sum.dark_modules += total_of_pairs(lane<Word>(dark, i));
+      sum.runs += total_of_pairs(lane<Word>(runs, i));
+      sum.finder_likes += total_of_pairs(lane<Word>(patterns, i));
+      found_middle |= lane<Word>(any_middle, i);
+    }
+    if (found_middle != 0) sum.finder_likes += larger_finder_likes(w, middles_across, middles_down);
   }
 
   /// One word of each row.

@@ -11,10 +11,11 @@ namespace {
 // the sequence lie in order; exchanging the grid's rows and columns, 32 x 32 pairs at a time, then brings
 // them to where they are drawn.
 constexpr int kPairsInWord = 32;
-constexpr int kMostStripWords = (kMostModules + kPairsInWord - 1) / kPairsInWord;
 
-/// The pairs of one strip, top row first.
-using StripWords = std::array<std::uint64_t, kMostStripWords>;
+/// 32 strips, 32 rows of each: a word has the pairs of a strip, the top row's in its most significant bits.
+using Grid = std::array<std::uint64_t, kPairsInWord>;
+/// Grids of the same strips below each other.
+using Grids = std::array<Grid, (kMostModules + kPairsInWord - 1) / kPairsInWord>;
 
 /// Exchanges the two bits of each pair.
 constexpr std::uint64_t swap_pairs(std::uint64_t bits) {
@@ -38,10 +39,10 @@ class SequenceReader {
  public:
   explicit SequenceReader(const CodewordBuffer& sequence) : bytes_(sequence.data()) {}
 
-  static constexpr int kMostBits = 56;
+  static constexpr unsigned kMostBits = 56;
 
   /// The next `count` bits, 1 to kMostBits, in the most significant ones of the result; the rest is 0.
-  std::uint64_t take(int count) {
+  std::uint64_t take(unsigned count) {
     const std::uint8_t* at = bytes_ + position_ / 8;
     std::uint64_t bits = std::uint64_t{at[0]} << 56 | std::uint64_t{at[1]} << 48 |
                          std::uint64_t{at[2]} << 40 | std::uint64_t{at[3]} << 32 |
@@ -54,79 +55,97 @@ class SequenceReader {
 
  private:
   const std::uint8_t* bytes_;
-  int position_ = 0;
+  unsigned position_ = 0;
 };
 
 /// Puts the pairs at the top of `pairs` into a strip, the first in row `row`.
-void put_pairs(std::uint64_t pairs, int row, StripWords& strip) {
-  const auto word = static_cast<std::size_t>(row / kPairsInWord);
-  const int offset = row % kPairsInWord * 2;
-  strip[word] |= pairs >> offset;
-  if (offset > 0 && word + 1 < strip.size()) strip[word + 1] |= pairs << (64 - offset);
+void put_pairs(std::uint64_t pairs, unsigned row, std::size_t strip, Grids& grids) {
+  const unsigned grid = row / kPairsInWord;
+  const unsigned offset = row % kPairsInWord * 2;
+  grids[grid][strip] |= pairs >> offset;
+  const std::uint64_t rest = pairs << 1 << (63 - offset);
+  if (rest != 0) grids[grid + 1][strip] |= rest;
 }
 
 /// Fills one strip. `right` and `left` have the data area of its columns, packed as rows of a layer.
 template <bool kUpward>
-void fill_strip(const Layer& area, int right, int left, int rows, SequenceReader& sequence,
-                StripWords& strip) {
-  for (int rest = rows; rest > 0;) {
-    // The rows to come in this word of the area, the next one first.
-    const int row = kUpward ? rest - 1 : rows - rest;
-    const int offset = row % 64;
-    const auto ahead = [&](int column) {
-      const std::uint64_t bits = area.word(column, row / 64);
-      return kUpward ? bits >> (63 - offset) : bits << offset;
+void fill_strip(const Layer& area, int right, int left, unsigned rows, SequenceReader& sequence,
+                std::size_t strip, Grids& grids) {
+  const auto run = [](std::uint64_t bits) {
+    return static_cast<unsigned>(kUpward ? std::countr_zero(bits) : std::countl_zero(bits));
+  };
+  const unsigned words = (rows + 63) / 64;
+  for (unsigned i = 0; i < words; ++i) {
+    // The rows in a word of the area, the next one first. Past the last row there is no data area.
+    const unsigned word = kUpward ? words - 1 - i : i;
+    std::uint64_t in_right = area.word(right, static_cast<int>(word));
+    std::uint64_t in_left = area.word(left, static_cast<int>(word));
+    unsigned row = kUpward ? 64 * word + 63 : 64 * word;
+    const auto pass = [&](unsigned count) {
+      in_right = kUpward ? in_right >> count : in_right << count;
+      in_left = kUpward ? in_left >> count : in_left << count;
+      row = kUpward ? row - count : row + count;
     };
-    const int in_word = std::min(rest, kUpward ? offset + 1 : 64 - offset);
-    const auto run = [&](std::uint64_t bits) {
-      return std::min(in_word, static_cast<int>(kUpward ? std::countr_one(bits) : std::countl_one(bits)));
-    };
-    const std::uint64_t in_right = ahead(right);
-    const std::uint64_t in_left = ahead(left);
-    int count = run(in_right & in_left);
-    if (count > 0) {
-      count = std::min(count, SequenceReader::kMostBits / 2);
-      const std::uint64_t bits = sequence.take(2 * count);
-      // In a row the right module comes first; reversing exchanges the two as well.
-      if (kUpward) {
-        put_pairs(reversed(bits) << (64 - 2 * count), row - count + 1, strip);
-      } else {
-        put_pairs(swap_pairs(bits), row, strip);
+    while ((in_right | in_left) != 0) {
+      pass(run(in_right | in_left));
+      unsigned count = run(~(in_right & in_left));
+      if (count > 0) {
+        count = std::min(count, SequenceReader::kMostBits / 2);
+        const std::uint64_t bits = sequence.take(2 * count);
+        // In a row the right module comes first; reversing exchanges the two as well.
+        if (kUpward) {
+          put_pairs(reversed(bits) << (64 - 2 * count), row - count + 1, strip, grids);
+        } else {
+          put_pairs(swap_pairs(bits), row, strip, grids);
+        }
+      } else {  // beside an alignment pattern or version information
+        count = 1;
+        const std::uint64_t bit = sequence.take(1);
+        put_pairs(run(in_left) == 0 ? bit : bit >> 1, row, strip, grids);
       }
-    } else if ((count = run(~(in_right | in_left))) == 0) {
-      // One module of the row, beside an alignment pattern or version information.
-      count = 1;
-      const bool is_left = run(in_left) > 0;
-      const std::uint64_t bit = sequence.take(1);
-      put_pairs(is_left ? bit : bit >> 1, row, strip);
+      pass(count);
     }
-    rest -= count;
   }
 }
 
-using Grid = std::array<std::uint64_t, kPairsInWord>;
-
-/// Exchanges rows and columns of each block of 2 x 2 squares, which are `kHalf` pairs a side.
+/// In the first `rows` rows, exchanges the top right and the bottom left quarter of each square of 2 * kHalf
+/// pairs a side.
 template <std::size_t kHalf>
-void exchange_squares(Grid& grid) {
+void exchange_quarters(Grid& grid, std::size_t rows) {
   constexpr int kShift = 2 * kHalf;
-  constexpr std::uint64_t kRightSquares = ~std::uint64_t{0} / ((std::uint64_t{1} << kShift) + 1);
-  for (std::size_t block = 0; block < kPairsInWord; block += 2 * kHalf) {
-    for (std::size_t i = block; i < block + kHalf; ++i) {
-      const std::uint64_t changed = (grid[i] ^ grid[i + kHalf] >> kShift) & kRightSquares;
+  constexpr std::uint64_t kRightHalves = ~std::uint64_t{0} / ((std::uint64_t{1} << kShift) + 1);
+  for (std::size_t square = 0; square < rows; square += 2 * kHalf) {
+    for (std::size_t i = square; i < square + kHalf; ++i) {
+      const std::uint64_t changed = (grid[i] ^ grid[i + kHalf] >> kShift) & kRightHalves;
       grid[i] ^= changed;
       grid[i + kHalf] ^= changed << kShift;
     }
   }
 }
 
-/// Exchanges rows and columns of a grid of 32 x 32 pairs.
-void transpose(Grid& grid) {
-  exchange_squares<16>(grid);
-  exchange_squares<8>(grid);
-  exchange_squares<4>(grid);
-  exchange_squares<2>(grid);
-  exchange_squares<1>(grid);
+/// Exchanges rows and columns of a grid of 32 x 32 pairs; only the first `rows` rows of the result are
+/// wanted.
+void transpose(Grid& grid, int rows) {
+  const std::size_t wanted = rows <= kPairsInWord / 2 ? kPairsInWord / 2 : kPairsInWord;
+  exchange_quarters<16>(grid, kPairsInWord);
+  exchange_quarters<8>(grid, wanted);
+  exchange_quarters<4>(grid, wanted);
+  exchange_quarters<2>(grid, wanted);
+  exchange_quarters<1>(grid, wanted);
+}
+
+/// Draws what transposed strips have in word `word` of `count` rows from `first_row` on. Columns from the
+/// skipped one on move one to the right, the last of a word into the next word.
+void draw_rows(const Grid& grid, int first_row, int count, int word, int skipped_column, Canvas& canvas) {
+  const std::uint64_t staying = bit_range(0, skipped_column - 64 * word);
+  std::uint64_t* const here = canvas.dark.word_column(word) + first_row;
+  for (int i = 0; i < count; ++i) {
+    const std::uint64_t pairs = grid[static_cast<std::size_t>(i)];
+    here[i] |= (pairs & staying) | (pairs & ~staying) >> 1;
+  }
+  if (word + 1 == canvas.words) return;
+  std::uint64_t* const next = canvas.dark.word_column(word + 1) + first_row;
+  for (int i = 0; i < count; ++i) next[i] |= (grid[static_cast<std::size_t>(i)] & ~staying) << 63;
 }
 
 /// How the strips of a symbol type lie.
@@ -158,38 +177,29 @@ void place_codewords(const CodewordBuffer& sequence, Canvas& canvas) {
   bool upward = true;
 
   // Strips that fill a word of each row, the rightmost first.
+  const auto rows = static_cast<unsigned>(canvas.rows);
   for (int word = (layout.count - 1) / kPairsInWord; word >= 0; --word) {
-    std::array<StripWords, kPairsInWord> strips;
+    Grids grids;
+    const std::size_t grid_count = (rows + kPairsInWord - 1) / kPairsInWord;
+    for (std::size_t i = 0; i < grid_count; ++i) grids[i].fill(0);
     const int first = word * kPairsInWord;
-    const int end = std::min(layout.count, first + kPairsInWord);
-    for (int strip = end - 1; strip >= first; --strip, upward = !upward) {
-      StripWords& words = strips[static_cast<std::size_t>(strip - first)];
-      words.fill(0);
-      const auto column = [&](int left_out) {
-        return left_out + (left_out >= layout.skipped_column ? 1 : 0);
-      };
+    for (int strip = std::min(layout.count, first + kPairsInWord) - 1; strip >= first;
+         --strip, upward = !upward) {
+      const auto column = [&](int place) { return place + (place >= layout.skipped_column ? 1 : 0); };
       const int left = column(2 * strip);
       const int right = column(2 * strip + 1);
+      const auto index = static_cast<std::size_t>(strip - first);
       if (upward) {
-        fill_strip<true>(area, right, left, canvas.rows, reader, words);
+        fill_strip<true>(area, right, left, rows, reader, index, grids);
       } else {
-        fill_strip<false>(area, right, left, canvas.rows, reader, words);
+        fill_strip<false>(area, right, left, rows, reader, index, grids);
       }
     }
-    for (int row = 0; row < canvas.rows; row += kPairsInWord) {
-      Grid grid;
-      for (int strip = first; strip < first + kPairsInWord; ++strip) {
-        const auto i = static_cast<std::size_t>(strip - first);
-        grid[i] = strip < end ? strips[i][static_cast<std::size_t>(row / kPairsInWord)] : 0;
-      }
-      transpose(grid);
-      // Columns from the skipped one on move one to the right, the last of a word into the next word.
-      const std::uint64_t staying = bit_range(0, layout.skipped_column - 64 * word);
-      for (int i = 0; i < std::min(kPairsInWord, canvas.rows - row); ++i) {
-        const std::uint64_t pairs = grid[static_cast<std::size_t>(i)];
-        canvas.dark.word(row + i, word) |= (pairs & staying) | (pairs & ~staying) >> 1;
-        if (word + 1 < canvas.words) canvas.dark.word(row + i, word + 1) |= (pairs & ~staying) << 63;
-      }
+    for (std::size_t i = 0; i < grid_count; ++i) {
+      const int first_row = static_cast<int>(i) * kPairsInWord;
+      const int grid_rows = std::min(kPairsInWord, canvas.rows - first_row);
+      transpose(grids[i], grid_rows);
+      draw_rows(grids[i], first_row, grid_rows, word, layout.skipped_column, canvas);
     }
   }
 }
