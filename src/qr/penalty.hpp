@@ -124,9 +124,10 @@ class MaskedGrid {
     const Rows patterns = at.d0 & at.d2 & at.d3 & at.d4 & at.d6 & ~(at.b1 | at.d1 | at.d5 | at.d7) &
                           ~(dark_before & dark_after);
 
-    // Six dark modules after two light ones. The ninth belongs to the middle as well or, when the unit is
-    // two, to the last dark run.
-    const Rows middles = five_dark & at.d5 & at.d8 & ~(at.b1 | at.b2);
+    // The middle of a larger pattern is six dark modules or more after two light ones or more. When the unit
+    // is two it ends there, and the third module before it is dark; else both the next two are dark and the
+    // third before it light.
+    const Rows middles = five_dark & at.d5 & at.d8 & ~(at.b1 | at.b2 | (at.d6 ^ at.d7)) & (at.d6 ^ at.b3);
     return {ones_by_byte<Word>(five_alike) + (ones_by_byte<Word>(run_starts) << 1),
             ones_by_byte<Word>(patterns), middles};
   }

@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <bit>
+#include <cstring>
 
 #include "qr/construction.hpp"
+#include "qr/lanes.hpp"
 
 namespace korvex::qr {
 namespace {
@@ -109,16 +111,24 @@ void fill_strip(const Layer& area, int right, int left, unsigned rows, SequenceR
 }
 
 /// In the first `rows` rows, exchanges the top right and the bottom left quarter of each square of 2 * kHalf
-/// pairs a side.
-template <std::size_t kHalf>
+/// pairs a side. Takes `Words` at once.
+template <std::size_t kHalf, class Words>
 void exchange_quarters(Grid& grid, std::size_t rows) {
   constexpr int kShift = 2 * kHalf;
   constexpr std::uint64_t kRightHalves = ~std::uint64_t{0} / ((std::uint64_t{1} << kShift) + 1);
+  constexpr std::size_t kStep = sizeof(Words) / sizeof(std::uint64_t);
+  static_assert(kHalf % kStep == 0);
   for (std::size_t square = 0; square < rows; square += 2 * kHalf) {
-    for (std::size_t i = square; i < square + kHalf; ++i) {
-      const std::uint64_t changed = (grid[i] ^ grid[i + kHalf] >> kShift) & kRightHalves;
-      grid[i] ^= changed;
-      grid[i + kHalf] ^= changed << kShift;
+    for (std::size_t i = square; i < square + kHalf; i += kStep) {
+      Words top;
+      Words bottom;
+      std::memcpy(&top, &grid[i], sizeof top);
+      std::memcpy(&bottom, &grid[i + kHalf], sizeof bottom);
+      const Words changed = (top ^ bottom >> kShift) & kRightHalves;
+      top ^= changed;
+      bottom ^= changed << kShift;
+      std::memcpy(&grid[i], &top, sizeof top);
+      std::memcpy(&grid[i + kHalf], &bottom, sizeof bottom);
     }
   }
 }
@@ -127,11 +137,11 @@ void exchange_quarters(Grid& grid, std::size_t rows) {
 /// wanted.
 void transpose(Grid& grid, int rows) {
   const std::size_t wanted = rows <= kPairsInWord / 2 ? kPairsInWord / 2 : kPairsInWord;
-  exchange_quarters<16>(grid, kPairsInWord);
-  exchange_quarters<8>(grid, wanted);
-  exchange_quarters<4>(grid, wanted);
-  exchange_quarters<2>(grid, wanted);
-  exchange_quarters<1>(grid, wanted);
+  exchange_quarters<16, Lanes<std::uint64_t>>(grid, kPairsInWord);
+  exchange_quarters<8, Lanes<std::uint64_t>>(grid, wanted);
+  exchange_quarters<4, Lanes<std::uint64_t>>(grid, wanted);
+  exchange_quarters<2, Lanes<std::uint64_t>>(grid, wanted);
+  exchange_quarters<1, std::uint64_t>(grid, wanted);
 }
 
 /// Draws what transposed strips have in word `word` of `count` rows from `first_row` on. Columns from the
