@@ -1,6 +1,7 @@
 // The thirteen exports. Each is a thin door to its family; no exception passes through.
 #include <cstdint>
 
+#include "datamatrix/entry.hpp"
 #include "korvex/korvex32.h"
 #include "linear/entry.hpp"
 
@@ -42,8 +43,8 @@ int16_t KORVEX_CALL PDF_Encode_x64(Korvex_Device_Context device, const PDF_Param
   return PDF_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL DATA_Encode(Korvex_Device_Context, const DATA_Params*, Symbol_Size*) {
-  return KORVEX_NO_SYMBOL;
+int16_t KORVEX_CALL DATA_Encode(Korvex_Device_Context device, const DATA_Params* params, Symbol_Size* size) {
+  return guarded([&] { return korvex::datamatrix::entry(device, params, size); });
 }
 int16_t KORVEX_CALL DATA_Encode_x64(Korvex_Device_Context device, const DATA_Params* params,
                                     Symbol_Size* size) {
