@@ -1,20 +1,91 @@
 #include "datamatrix/look_ahead.hpp"
 
+#include <cstdlib>
+
 namespace korvex::datamatrix {
 namespace {
 
 constexpr int kNear = 32;  // positions that nearly every test is decided in
 
-/// By how much the count of the column's scheme must exceed that of the row's before the row's is chosen.
-/// Base 256 needs its first column, or the four behind it.
-constexpr std::array<Counts, 6> kNeededLeads = {{
-    {{0, 12, 12, 12, 12, 12}},
-    {{13, 0, 13, 0, 13, 13}},
-    {{13, 13, 0, 13, 13, 13}},
-    {{13, 13, 13, 0, 13, 13}},
-    {{13, 13, 13, 13, 0, 13}},
-    {{12, 13, 13, 13, 13, 0}},
+constexpr std::int32_t kAny = -(1 << 29);  // a difference that always suffices
+
+/// The schemes that the rules choose, and by how much each other scheme must count more. Base 256 has two
+/// rules.
+constexpr std::array<std::size_t, kRules> kRuleSchemes = {kAscii,   kC40,     kText,   kX12,
+                                                          kEdifact, kBase256, kBase256};
+constexpr Thresholds kThresholds = {{
+    {{kAny, 12, 12, 12, 12, 12}},
+    {{13, kAny, 13, 0, 13, 13}},
+    {{13, 13, kAny, 13, 13, 13}},
+    {{13, 13, 13, kAny, 13, 13}},
+    {{13, 13, 13, 13, kAny, 13}},
+    {{12, kAny, kAny, kAny, kAny, kAny}},
+    {{kAny, 13, 13, 13, 13, kAny}},
 }};
+
+bool reaches(const Counts& differences, const Counts& threshold) {
+  for (std::size_t other = 0; other < differences.size(); ++other) {
+    if (differences[other] < threshold[other]) return false;
+  }
+  return true;
+}
+
+/// False when no rule can hold anywhere in the block.
+bool may_decide(const Block& block, const Thresholds& thresholds) {
+  for (std::size_t rule = 0; rule < kRules; ++rule) {
+    for (const Counts& corner : block[rule]) {
+      if (reaches(corner, thresholds[rule])) return true;
+    }
+  }
+  return false;
+}
+
+Counts greater_of(const Counts& a, const Counts& b) {
+  Counts greater;
+  for (std::size_t other = 0; other < a.size(); ++other) greater[other] = std::max(a[other], b[other]);
+  return greater;
+}
+
+/// How much is lost by one corner for both: differences that never matter at the same time count alike.
+std::int32_t loss(const Counts& a, const Counts& b) {
+  std::int32_t sum = 0;
+  for (std::size_t other = 0; other < a.size(); ++other)
+    sum += std::min(std::abs(a[other] - b[other]), 4 * kCodeword);
+  return sum;
+}
+
+/// Two corners that cover all four.
+Corners joined(const Corners& left, const Corners& right) {
+  const std::int32_t straight = loss(left[0], right[0]) + loss(left[1], right[1]);
+  const std::int32_t crossed = loss(left[0], right[1]) + loss(left[1], right[0]);
+  const std::int32_t apart = loss(left[0], left[1]) + loss(right[0], right[1]);
+  if (apart < std::min(straight, crossed))
+    return {greater_of(left[0], left[1]), greater_of(right[0], right[1])};
+  if (crossed < straight) return {greater_of(left[0], right[1]), greater_of(left[1], right[0])};
+  return {greater_of(left[0], right[0]), greater_of(left[1], right[1])};
+}
+
+Block joined(const Block& left, const Block& right) {
+  Block both;
+  for (std::size_t rule = 0; rule < kRules; ++rule) both[rule] = joined(left[rule], right[rule]);
+  return both;
+}
+
+/// The block of some positions, given their sums; a power of 2, at least 2.
+Block block_of(std::span<const Counts> sums) {
+  if (sums.size() > 2) {
+    return joined(block_of(sums.first(sums.size() / 2)), block_of(sums.last(sums.size() / 2)));
+  }
+  Block block;
+  for (std::size_t rule = 0; rule < kRules; ++rule) {
+    for (std::size_t i = 0; i < 2; ++i) {
+      for (std::size_t other = 0; other < sums[i].size(); ++other) {
+        block[rule][i][other] = sums[i][other] - sums[i][kRuleSchemes[rule]];
+      }
+    }
+  }
+  return block;
+}
 
 }  // namespace
 
@@ -52,7 +123,7 @@ Scheme LookAhead::best_scheme(int position, Scheme current) {
     if (run_end < size_) offsets[kAscii] += (run_end - position) % 2 == 0 ? -kDigit : kDigit;
   }
   if (decision.verdict == Verdict::none) {
-    const int near_end = std::min(begin + kNear, size_ + 1);
+    const int near_end = std::min(begin + (has_blocks_ ? 0 : kNear), size_ + 1);
     decision = first_decision(begin, near_end, offsets);
     if (decision.verdict == Verdict::none && near_end <= size_) decision = far_decision(near_end, offsets);
   }
@@ -83,17 +154,24 @@ LookAhead::Decision LookAhead::first_decision(int begin, int end, const Counts& 
 
 /// The same for all positions from `begin` on.
 LookAhead::Decision LookAhead::far_decision(int begin, const Counts& offsets) {
-  constexpr int kManyReadings = 16;  // of the whole message
-  while (begin <= size_) {
-    if (has_blocks_ && begin % kBlock == 0) begin = skip_blocks(begin, offsets);
-    const int end = std::min((begin / kBlock + 1) * kBlock, size_ + 1);
-    const Decision decision = first_decision(begin, end, offsets);
-    if (decision.verdict != Verdict::none) return decision;
-    far_positions_ += end - begin;
-    begin = end;
-    if (!has_blocks_ && far_positions_ > kManyReadings * size_) build_blocks();
+  constexpr int kManyReadings = 4;  // of the whole message
+  if (!has_blocks_) {
+    far_positions_ += size_ - begin;
+    if (far_positions_ <= kManyReadings * size_) return first_decision(begin, size_ + 1, offsets);
+    build_blocks();
   }
-  return {Verdict::none, begin};
+  Thresholds thresholds = kThresholds;  // for the sums
+  for (std::size_t rule = 0; rule < kRules; ++rule) {
+    for (std::size_t other = 0; other < offsets.size(); ++other) {
+      thresholds[rule][other] += offsets[kRuleSchemes[rule]] - offsets[other];
+    }
+  }
+  Decision decision{Verdict::none, begin};
+  while (decision.verdict == Verdict::none && decision.position <= size_) {
+    const int from = skip_blocks(decision.position, thresholds);
+    decision = first_decision(from, std::min((from / kBlock + 1) * kBlock, size_ + 1), offsets);
+  }
+  return decision;
 }
 
 /// True when a CR, * or > stands at or after `position`, before the first character that X12 cannot take.
@@ -110,27 +188,13 @@ bool LookAhead::separator_follows(int position) {
   return separator_stop_ < size_ && is_x12_separator(message_[static_cast<std::size_t>(separator_stop_)]);
 }
 
-/// Moves from `position`, the start of a block, over the blocks in which no rule can hold. Returns where it
+/// Moves from `position` over the blocks that begin there and in which no rule can hold. Returns where it
 /// stops.
-int LookAhead::skip_blocks(int position, const Counts& offsets) const {
-  Leads needed = kNeededLeads;  // of the sums
-  for (std::size_t y = 0; y < needed.size(); ++y) {
-    for (std::size_t z = 0; z < needed.size(); ++z) needed[y][z] += offsets[y] - offsets[z];
-  }
-  const auto may_decide = [&](const Leads& most) {
-    const auto reached = [&](std::size_t y, std::size_t z) { return most[y][z] >= needed[y][z]; };
-    for (std::size_t y = kAscii; y < kBase256; ++y) {
-      bool all = true;
-      for (std::size_t z = kAscii; z <= kBase256; ++z) all &= y == z || reached(y, z);
-      if (all) return true;
-    }
-    return reached(kBase256, kAscii) || (reached(kBase256, kC40) && reached(kBase256, kText) &&
-                                         reached(kBase256, kX12) && reached(kBase256, kEdifact));
-  };
-  for (int level = 0; level >= 0;) {
+int LookAhead::skip_blocks(int position, const Thresholds& thresholds) const {
+  for (int level = position % kBlock == 0 ? 0 : -1; level >= 0;) {
     const int length = kBlock << level;
     if (position % length == 0 && position + length <= size_ + 1 &&
-        !may_decide(blocks_[block_index(position, level)])) {
+        !may_decide(blocks_[block_index(position, level)], thresholds)) {
       position += length;
       level = std::min(level + 1, kLevels - 1);
     } else {
@@ -143,27 +207,16 @@ int LookAhead::skip_blocks(int position, const Counts& offsets) const {
 /// Makes the blocks of the lowest level from the sums and all others from pairs of blocks.
 void LookAhead::build_blocks() {
   const int positions = size_ + 1;
-  const auto fill = [](Leads& most, const auto& lead) {
-    for (std::size_t y = 0; y < most.size(); ++y) {
-      for (std::size_t z = 0; z < most.size(); ++z) most[y][z] = lead(y, z);
-    }
-  };
   for (int at = 0; at + kBlock <= positions; at += kBlock) {
-    fill(blocks_[block_index(at, 0)], [&](std::size_t y, std::size_t z) {
-      std::int32_t lead = sums(at)[z] - sums(at)[y];
-      for (int i = at + 1; i < at + kBlock; ++i) lead = std::max(lead, sums(i)[z] - sums(i)[y]);
-      return lead;
-    });
+    blocks_[block_index(at, 0)] = block_of(std::span(sums_).subspan(static_cast<std::size_t>(at), kBlock));
   }
   for (int level = 1; level < kLevels; ++level) {
     const int length = kBlock << level;
     level_begin_[static_cast<std::size_t>(level)] =
         level_begin_[static_cast<std::size_t>(level - 1)] + positions / (length / 2);
     for (int at = 0; at + length <= positions; at += length) {
-      const Leads& left = blocks_[block_index(at, level - 1)];
-      const Leads& right = blocks_[block_index(at + length / 2, level - 1)];
-      fill(blocks_[block_index(at, level)],
-           [&](std::size_t y, std::size_t z) { return std::max(left[y][z], right[y][z]); });
+      blocks_[block_index(at, level)] =
+          joined(blocks_[block_index(at, level - 1)], blocks_[block_index(at + length / 2, level - 1)]);
     }
   }
   has_blocks_ = true;

@@ -10,6 +10,15 @@
 
 namespace korvex::datamatrix {
 
+inline constexpr std::size_t kRules = 7;
+/// For each rule the least differences of the other schemes' counts from the chosen one's.
+using Thresholds = std::array<Counts, kRules>;
+
+/// For a rule, such differences that at every position of a block all of them are at most as great as in one
+/// of the two.
+using Corners = std::array<Counts, 2>;
+using Block = std::array<Corners, kRules>;
+
 /// The look-ahead test over one message, of at most kMaxCharacters, which outlives it.
 ///
 /// A test compares counts that grow from its own first character, so all tests share sums over the message
@@ -27,9 +36,6 @@ class LookAhead {
   static constexpr int kBlock = 32;  // positions in the smallest block; each level above doubles that
   static constexpr int kLevels = 8;
   static constexpr int kMaxBlocks = 2 * ((kMaxCharacters + 1) / kBlock);
-
-  /// For the schemes y and z the most that the sum of z exceeds that of y by, over the positions of a block.
-  using Leads = std::array<Counts, 6>;
 
   struct Decision {
     Verdict verdict;
@@ -50,12 +56,12 @@ class LookAhead {
     return static_cast<std::size_t>(level_begin_[static_cast<std::size_t>(level)] +
                                     position / (kBlock << level));
   }
-  [[nodiscard]] int skip_blocks(int position, const Counts& offsets) const;
+  [[nodiscard]] int skip_blocks(int position, const Thresholds& thresholds) const;
   void build_blocks();
 
   std::span<const Character> message_;
   int size_ = 0;
-  int far_positions_ = 0;   // looked at by tests that went far, block by block or not
+  int far_positions_ = 0;   // looked at one by one in tests that went far
   int separator_from_ = 0;  // from here to separator_stop_ separator_follows() answers the same
   int separator_stop_ = -1;
   bool has_blocks_ = false;
@@ -63,7 +69,7 @@ class LookAhead {
 
   // Not cleared.
   std::array<Counts, kMaxCharacters + 1> sums_;  // of all characters before a position
-  std::array<Leads, kMaxBlocks> blocks_;         // level by level; there when has_blocks_
+  std::array<Block, kMaxBlocks> blocks_;         // level by level; there when has_blocks_
 };
 
 }  // namespace korvex::datamatrix
