@@ -8,5 +8,6 @@
 namespace korvex::cli::families {
 
 std::vector<Symbology> linear();
+std::vector<Symbology> pdf417();
 
 }  // namespace korvex::cli::families
