@@ -1,16 +1,100 @@
-#include <CLI/CLI.hpp>
+// The korvex command: which of its commands is meant, and what an error looks like.
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <exception>
+#include <iterator>
+#include <new>
+#include <string>
+#include <string_view>
+#include <system_error>
 
-#include "call/call.hpp"
+#include "commands.hpp"
+#include "failure.hpp"
+#include "korvex/korvex32.h"
+#include "words.hpp"
+
+namespace korvex::cli {
+namespace {
+
+struct Command {
+  std::string_view name;
+  std::string_view usage;
+  std::string_view help;
+  int (*run)(const std::vector<std::string>& arguments);
+};
+
+constexpr std::array kCommands = {
+    Command{"draw", "draw SYMBOLOGY [DATA] [-o FILE]...", "draw a symbol into files or in the terminal",
+            draw_command},
+    Command{"list", "list [--json]", "show every symbology, what it takes and its options", list_command},
+    Command{"call", "call [FILE]...", "call the library's exports, JSON Lines in and out", call_command},
+};
+
+void print_help() {
+  std::printf("Korvex draws barcode symbols.\n\nUsage: korvex COMMAND ...\n\nCommands:\n");
+  for (const Command& command : kCommands) {
+    std::printf("  %-36s %s\n", command.usage.data(), command.help.data());
+  }
+  std::printf(
+      "\nOptions:\n  %-36s %s\n  %-36s %s\n\nkorvex COMMAND --help tells more, and so does korvex draw "
+      "SYMBOLOGY "
+      "--help.\n",
+      "-h, --help", "print this help", "--version", "print the version");
+}
+
+const Command& find_command(std::string_view name) {
+  const auto found = std::ranges::find(kCommands, name, &Command::name);
+  if (found != kCommands.end()) return *found;
+  std::vector<std::string_view> names;
+  std::ranges::transform(kCommands, std::back_inserter(names), &Command::name);
+  const std::string_view meant = nearest(name, names);
+  throw UsageError("There is no command \"" + printable(name) + "\"; " +
+                   (meant.empty() ? "there are " + joined(names, "and") + "."
+                                  : "did you mean " + std::string(meant) + "?"));
+}
+
+int run(const std::vector<std::string>& arguments) {
+  if (arguments.empty()) throw UsageError("No command is given; korvex --help shows them.");
+  const std::string& first = arguments.front();
+  if (first == "--help" || first == "-h" || first == "help") {
+    print_help();
+    return 0;
+  }
+  if (first == "--version") {
+    std::printf("korvex %d.%d.%d\n", KORVEX_VERSION_MAJOR, KORVEX_VERSION_MINOR, KORVEX_VERSION_PATCH);
+    return 0;
+  }
+  return find_command(first).run({arguments.begin() + 1, arguments.end()});
+}
+
+/// What the command printed may still wait to be written. Returns the exit status.
+int finish(int status) {
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  throw Failure("Cannot write standard output: " + std::generic_category().message(errno) + ".");
+}
+
+int complain(const char* sentence, int status) {
+  std::fprintf(stderr, "korvex: %s\n", sentence);
+  return status;
+}
+
+}  // namespace
+}  // namespace korvex::cli
 
 int main(int argc, char** argv) {
-  std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is an error to report, not a reason to die unheard
-  CLI::App app("x");
-  std::vector<std::string> files;
-  CLI::App* const call = app.add_subcommand("call", "Call");
-  call->add_option("FILE", files);
-  app.require_subcommand(1);
-  CLI11_PARSE(app, argc, argv);
-  return korvex::cli::call::run(files);
+  using namespace korvex::cli;
+  std::signal(SIGPIPE,
+              SIG_IGN);  // a reader that went away is an error to report, not a reason to die unheard
+  try {
+    return finish(run(std::vector<std::string>(argv + std::min(argc, 1), argv + argc)));
+  } catch (const UsageError& error) {
+    return complain(error.what(), kExitUsage);
+  } catch (const std::bad_alloc&) {
+    return complain("There is not enough memory.", kExitFailure);
+  } catch (const std::exception& error) {
+    return complain(error.what(), kExitFailure);
+  }
 }

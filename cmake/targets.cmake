@@ -21,6 +21,9 @@ endif()
 # Warnings, sanitizers and coverage for a target of ours.
 function(korvex_flags target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    target_compile_options(${target} PRIVATE -Wno-restrict)  # GCC 105651: false alarms from std::string's operator+
+  endif()
   if(KORVEX_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()

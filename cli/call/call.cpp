@@ -16,7 +16,7 @@ namespace korvex::cli::call {
 namespace {
 
 void complain(const std::string& sentence, int error) {
-  std::fprintf(stderr, "korvex: %s: %s\n", sentence.c_str(), std::generic_category().message(error).c_str());
+  std::fprintf(stderr, "korvex: %s: %s.\n", sentence.c_str(), std::generic_category().message(error).c_str());
 }
 
 /// Everything that stays the same from line to line, and whether all went well so far.
@@ -32,7 +32,7 @@ class Session {
       if (line.find_first_not_of(" \t\r") == std::string::npos) continue;
       output_.write(answer_line(line, place(number, name)) + "\n");
     }
-    if (lines.error() != 0) fail("cannot read " + name, lines.error());
+    if (lines.error() != 0) fail("Cannot read " + name, lines.error());
   }
 
   void fail(const std::string& sentence, int error) {
@@ -43,7 +43,7 @@ class Session {
   /// Writes what is left to write. Returns the exit status.
   int finish() {
     output_.flush();
-    if (output_.error() != 0) fail("cannot write to standard output", output_.error());
+    if (output_.error() != 0) fail("Cannot write standard output", output_.error());
     return ok_ ? 0 : 1;
   }
 
@@ -82,7 +82,7 @@ int run(const std::vector<std::string>& files) try {
   for (const std::string& file : files) {
     const int descriptor = file == "-" ? standard_input() : open_for_reading(file);
     if (descriptor < 0) {
-      session.fail("cannot read " + file, errno);
+      session.fail("Cannot read " + file, errno);
       continue;
     }
     session.answer_lines(descriptor, file);

@@ -40,10 +40,10 @@ int open_temporary() {
 Console::Console() {
   std::fflush(stdout);
   file_ = open_temporary();
-  if (file_ < 0) throw std::system_error(errno, std::generic_category(), "cannot make a temporary file");
+  if (file_ < 0) throw std::system_error(errno, std::generic_category(), "Cannot make a temporary file");
   standard_output_ = dup(STDOUT_FILENO);
   if (standard_output_ < 0 || dup2(file_, STDOUT_FILENO) < 0) {
-    throw std::system_error(errno, std::generic_category(), "cannot duplicate standard output");
+    throw std::system_error(errno, std::generic_category(), "Cannot duplicate standard output");
   }
   set_binary(STDOUT_FILENO);
 }
@@ -71,7 +71,7 @@ std::string Console::take() {
   text.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
   lseek(file_, 0, SEEK_SET);
   if (ftruncate(file_, 0) != 0)
-    throw std::system_error(errno, std::generic_category(), "cannot empty the file");
+    throw std::system_error(errno, std::generic_category(), "Cannot empty the file");
   return text;
 }
 

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <limits>
 
+#include "words.hpp"
+
 namespace korvex::cli::call {
 namespace {
 
@@ -18,15 +20,12 @@ std::string in_quotes(std::string_view text) {
   return json(text).dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
-/// "a, b and c".
-template <class Rows>
-std::string names_of(const Rows& rows) {
-  std::string names;
-  for (std::size_t index = 0; index < rows.size(); ++index) {
-    if (index > 0) names += index + 1 == rows.size() ? " and " : ", ";
-    names += rows[index].name;
-  }
-  return names;
+/// The names of a table's rows, as a sentence lists them.
+template <class Row>
+std::string names_of(std::span<const Row> rows) {
+  std::vector<std::string_view> names;
+  for (const Row& row : rows) names.push_back(row.name);
+  return joined(names, "and");
 }
 
 json parse(std::string_view line) {
@@ -60,19 +59,12 @@ std::uint16_t read_number(const std::string& name, const json& value, bool is_si
   return static_cast<std::uint16_t>(value.get<std::int64_t>());
 }
 
-int hexadecimal_digit(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  return -1;
-}
-
 std::string from_hexadecimal(const std::string& name, const std::string& digits) {
   if (digits.size() % 2 != 0) throw BadLine(name + ".hex has an odd number of digits");
   std::string bytes;
   for (std::size_t at = 0; at < digits.size(); at += 2) {
-    const int high = hexadecimal_digit(digits[at]);
-    const int low = hexadecimal_digit(digits[at + 1]);
+    const int high = hexadecimal_value(digits[at]);
+    const int low = hexadecimal_value(digits[at + 1]);
     if (high < 0 || low < 0) {
       throw BadLine(name + ".hex has " + in_quotes(digits.substr(at, 2)) + " at position " +
                     std::to_string(at + 1) + "; only the digits 0-9 and a-f make a byte");

@@ -3,6 +3,8 @@
 
 #include "korvex/composite.hpp"
 #include "korvex/linear.hpp"
+#include "korvex/maxicode.hpp"
 #include "korvex/module_matrix.hpp"
 #include "korvex/pdf417.hpp"
 #include "korvex/result.hpp"
+#include "korvex/veri.hpp"

@@ -13,8 +13,17 @@
 
 namespace korvex::linear {
 
+/// What a symbol is made of, and what data it takes.
+///
+/// Code 128 with code sets chosen in the data:
+/// - code128_inband: the data start in set A, B or C with ">G", ">H" or ">I" before all else, in B without.
+///   Later ">C" ">D" ">E" change to set C, B, A, ">F" is FNC1 and ">J" the character ">". In sets A and B
+///   ">" before space to B gives values 64 to 98: in A the control characters, then FNC3, FNC2 and Shift.
+/// - code128_segments: as many headers as Options::segments says, each a letter A, B or C and two digits
+///   for the characters of its segment, neighbours in different sets, at most 30 characters in all; then
+///   the data. In sets A and B "`a" to "`d" are FNC1 to FNC4; in C "?1" is FNC1 and counts as two.
 enum class Symbology : std::uint8_t {
-  codabar,           ///< start and stop letters A-D (or T N * E), between them 0-9 - $ : / . + and the blank
+  codabar,           ///< 0-9 - $ : / . + between letters A-D (or T N * E); data without letters gets A and A
   code39,            ///< ISO/IEC 16388; the start and stop characters * are added when the data lacks them
   itf,               ///< Interleaved 2 of 5, ISO/IEC 16390: digits; an odd number gets a leading 0
   ean13,             ///< ISO/IEC 15420: 12 digits, or 13 with their check digit
@@ -25,9 +34,9 @@ enum class Symbology : std::uint8_t {
   industrial25,      ///< Industrial 2 of 5: digits
   code25_3bar,       ///< two-of-five code with three bars a digit: digits
   sscc18,            ///< GS1-128 with AI 00: 17 digits, or 18 with their check digit
-  code128,           ///< ISO/IEC 15417: bytes 0-127 and function characters, fewest symbol characters
-  code128_inband,    ///< Code 128, code sets chosen in the data: ">G" ">H" ">I" start A B C, ">" escapes
-  code128_segments,  ///< Code 128, code sets and lengths in three-byte headers before the data
+  code128,           ///< ISO/IEC 15417: bytes 0-255 (ISO/IEC 8859-1 through FNC4), fewest symbol characters
+  code128_inband,    ///< Code 128, code sets changed by escapes in the data
+  code128_segments,  ///< Code 128, code sets and lengths in headers before the data
   msi,               ///< digits
   code11,            ///< digits and "-"
   code93,            ///< AIM USS Code 93, full ASCII: bytes 0-127
@@ -67,7 +76,7 @@ struct Options {
   Ratio ratio = Ratio::three_to_one;
   std::optional<ElementWidths> widths = std::nullopt;  ///< in place of `ratio`
   CheckCharacters check = CheckCharacters::none;
-  bool gs1 = false;  ///< code128: FNC1 first (GS1-128), and byte 0x1D in the data is FNC1
+  bool gs1 = false;  ///< code128: FNC1 first (GS1-128), byte 0x1D in the data is FNC1, no bytes above 127
   int segments = 0;  ///< code128_segments: headers at the start of the data
 };
 
@@ -96,19 +105,30 @@ struct Symbol {
   ModuleRow bars;
   ModuleRow guards;  ///< as long as `bars`, true where a guard bar of EAN-13, UPC-A, EAN-8 or UPC-E stands;
                      ///< else empty
-  std::string text;  ///< human readable text, check digits included; empty when the symbology has none
-  /// Sizes of the groups that `text` falls into beside and under the bars (EAN-13: 1, 6, 6; UPC-A: 1, 5, 5,
-  /// 1; EAN-8: 0, 4, 4; UPC-E: 1, 6, 1; SSCC-18: 4, 1, 7, 9, 1); all 0: one group.
+  /// Human readable text in UTF-8, with the check characters that are part of the data; control characters
+  /// are blanks, function characters are left out.
+  std::string text;
+  /// Sizes of the groups that `text` falls into beside and under the bars (EAN-13: 1, 6, 6;
+  /// UPC-A: 1, 5, 5, 1; EAN-8: 0, 4, 4; UPC-E: 1, 6, 1; SSCC-18: 4, 1, 7, 9, 1); all 0: one group.
   std::array<std::uint16_t, 5> text_groups{};
 };
 
-/// Encodes `data` as one linear symbol, without quiet zones.
+/// Encodes `data`, at most 512 bytes, as one linear symbol of at most 501 symbol characters (start and check
+/// characters included) and 5984 modules, without quiet zones.
 ///
-/// Errors: bad_data for a character or a length that the symbology does not allow, a supplied check digit
-/// that is wrong (EAN/UPC, SSCC-18) or data too long to hold; bad_parameter for options out of range or that
-/// the symbology does not offer. Dialect::korvex32 draws what Korvex_Bit draws: MSI has a light module
-/// between characters, supplied check digits stand unverified, and Code 39 and Codabar data must bring their
-/// own start and stop characters.
+/// Errors: bad_data for a character or a length that the symbology does not allow, no data at all, a supplied
+/// check digit that is wrong (EAN/UPC, SSCC-18) or data too long to hold; bad_parameter for options out of
+/// range or that the symbology does not offer.
+///
+/// Dialect::korvex32 draws what Korvex_Bit draws:
+/// - MSI has a gap between its characters, and Code 11 one of two modules with the ratio 5:2;
+/// - Codabar and Code 39 data bring their own start and stop characters; Codabar may hold blanks;
+/// - EAN/UPC check digits that are supplied stand unverified, 11 digits for EAN-13 are a UPC-A number,
+///   and the text of an EAN-13 symbol that begins with 0 is that of UPC-A;
+/// - UPC-E takes 6 digits and SSCC-18 takes 17, without check digit;
+/// - in Code 128 with chosen code sets a lone digit in set C becomes that digit and 0, and data after
+///   the last segment is left out; the standard dialect refuses both;
+/// - symbols without data are drawn where the symbology has them.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 

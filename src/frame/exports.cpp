@@ -4,7 +4,9 @@
 #include "composite/entry.hpp"
 #include "korvex/korvex32.h"
 #include "linear/entry.hpp"
+#include "maxicode/entry.hpp"
 #include "pdf417/entry.hpp"
+#include "veri/entry.hpp"
 
 namespace {
 
@@ -52,8 +54,8 @@ int16_t KORVEX_CALL DATA_Encode_x64(Korvex_Device_Context device, const DATA_Par
   return DATA_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL MAXI_Encode(Korvex_Device_Context, const MAXI_Params*, Symbol_Size*) {
-  return KORVEX_NO_SYMBOL;
+int16_t KORVEX_CALL MAXI_Encode(Korvex_Device_Context device, const MAXI_Params* params, Symbol_Size* size) {
+  return guarded([&] { return korvex::maxicode::entry(device, params, size); });
 }
 int16_t KORVEX_CALL MAXI_Encode_x64(Korvex_Device_Context device, const MAXI_Params* params,
                                     Symbol_Size* size) {
@@ -67,6 +69,6 @@ int16_t KORVEX_CALL CC_Encode_x64(Korvex_Device_Context device, const CC_Params*
   return CC_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL VERI_Encode(Korvex_Device_Context, const VERI_Params*, Symbol_Size*) {
-  return KORVEX_NO_SYMBOL;
+int16_t KORVEX_CALL VERI_Encode(Korvex_Device_Context device, const VERI_Params* params, Symbol_Size* size) {
+  return guarded([&] { return korvex::veri::entry(device, params, size); });
 }

@@ -17,8 +17,19 @@ struct Pattern {
   int count = 0;
 };
 
+/// What a BarWriter has written. Module 0 is the most significant bit of word 0; words 0 to module_count / 32
+/// are there, bits past the last module 0. A module_count above kMaxModules: the symbol was too long, and its
+/// end is missing.
+struct Bars {
+  int module_count = 0;
+  std::array<std::uint32_t, kMaxWords> words;  // not cleared: every word is written before it is read
+};
+
+/// Holds its place in registers while it lives: make one where the symbol is drawn, and finish() it there.
 class BarWriter {
  public:
+  explicit BarWriter(Bars& bars) : bars_(bars) {}
+
   /// Appends the low `count` bits of `modules`. Requires 0 <= count <= 32 and modules < 2^count.
   void put(std::uint32_t modules, int count) {
     pending_ = pending_ << count | modules;
@@ -38,34 +49,31 @@ class BarWriter {
     if (count > 0) put(bar ? (1U << count) - 1 : 0U, count);
   }
 
-  /// Modules so far. More than kMaxModules: the symbol was too long, and its end is not in the words.
-  [[nodiscard]] int module_count() const { return word_count_ * 32 + pending_count_; }
-
-  /// Completes the last word with light modules. Afterwards word(0) to word(module_count() / 32) can be read,
-  /// provided that the symbol was not too long.
+  /// Completes the last word and says how many modules there are.
   void finish() {
     if (word_count_ < kMaxWords) {
-      words_[static_cast<std::size_t>(word_count_)] =
+      bars_.words[static_cast<std::size_t>(word_count_)] =
           static_cast<std::uint32_t>(pending_ << (32 - pending_count_));
     }
+    bars_.module_count = module_count();
   }
-  /// The words, module 0 in the most significant bit of the first.
-  [[nodiscard]] const std::uint32_t* words() const { return words_.data(); }
 
  private:
+  [[nodiscard]] int module_count() const { return word_count_ * 32 + pending_count_; }
   void flush_word() {
     pending_count_ -= 32;
     if (word_count_ < kMaxWords) {
-      words_[static_cast<std::size_t>(word_count_)] = static_cast<std::uint32_t>(pending_ >> pending_count_);
+      bars_.words[static_cast<std::size_t>(word_count_)] =
+          static_cast<std::uint32_t>(pending_ >> pending_count_);
     }
     ++word_count_;
   }
 
+  Bars& bars_;
   std::uint64_t pending_ =
       0;                   // modules not yet in a word are the low pending_count_ bits; above them is history
   int pending_count_ = 0;  // 0..31 between calls
   int word_count_ = 0;
-  std::array<std::uint32_t, kMaxWords> words_;  // not cleared: every word is written before it is read
 };
 
 }  // namespace korvex::linear

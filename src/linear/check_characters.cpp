@@ -5,7 +5,7 @@
 namespace korvex::linear {
 namespace {
 
-int alternating_sum(std::span<const std::uint8_t> values, int weight) {
+int alternating_sum(std::span<const Value> values, int weight) {
   int weighted = 0;
   int plain = 0;
   std::size_t i = values.size();
@@ -17,7 +17,7 @@ int alternating_sum(std::span<const std::uint8_t> values, int weight) {
   return weight * weighted + plain;
 }
 
-int rising_sum(std::span<const std::uint8_t> values, int weight) {
+int rising_sum(std::span<const Value> values, int weight) {
   int sum = 0;
   for (std::size_t i = values.size(); i-- > 0;) sum += values[i] * weight++;
   return sum;
@@ -35,19 +35,19 @@ int cyclic_sum(Iterator begin, Iterator end, int last) {
   return sum;
 }
 
-int constant_sum(std::span<const std::uint8_t> values, int weight) {
+int constant_sum(std::span<const Value> values, int weight) {
   int sum = 0;
   for (const int value : values) sum += value;
   return weight * sum;
 }
 
-int positional_sum(std::span<const std::uint8_t> values) {
+int positional_sum(std::span<const Value> values) {
   int sum = values.empty() ? 0 : values[0];
   for (std::size_t i = 1; i < values.size(); ++i) sum += values[i] * static_cast<int>(i);
   return sum;
 }
 
-int weighted_sum(const CheckRule& rule, std::span<const std::uint8_t> values) {
+int weighted_sum(const CheckRule& rule, std::span<const Value> values) {
   switch (rule.method) {
     case CheckMethod::alternating:
       return alternating_sum(values, rule.weight);
@@ -69,7 +69,7 @@ int weighted_sum(const CheckRule& rule, std::span<const std::uint8_t> values) {
 
 }  // namespace
 
-int check_character(const CheckRule& rule, std::span<const std::uint8_t> values) {
+int check_character(const CheckRule& rule, std::span<const Value> values) {
   const int remainder = weighted_sum(rule, values) % rule.modulus;
   const int result = rule.no_complement != 0 ? remainder : rule.modulus - remainder;
   const int ten = rule.ten_substitute != 0 ? 1 : 0;

@@ -1,6 +1,8 @@
 // Codabar (ANSI/AIM BC3).
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "linear/layout.hpp"
 #include "linear/symbologies.hpp"
@@ -32,30 +34,30 @@ bool is_start_stop(int value) {
   return value >= kA && value <= kD;
 }
 
-/// The published form: A to D at both ends and nowhere else, no blanks. A ... A is put around data without
-/// them.
-Fault frame_standard(const Request& request, Values& values) {
-  const Values given = values;
-  const int last = given.size() - 1;
-  const bool starts = last >= 0 && is_start_stop(given[0]);
-  const bool stops = last >= 0 && is_start_stop(given[last]);
-  if (starts != stops || (starts && last == 0)) {
-    return {Reason::lone_start_stop, starts ? 1 : last + 1,
-            request.data[starts ? 0U : static_cast<std::size_t>(last)]};
+/// The published form: A to D at both ends and nowhere else, and no blanks. Data without them gets A and A.
+Fault read_standard(const Request& request, Values& values) {
+  std::span<const std::uint8_t> data = request.data;
+  if (data.empty()) return {Reason::nothing_to_encode};
+  const int first = kCodabarValues[data.front()];
+  const int last = kCodabarValues[data.back()];
+  const bool framed = is_start_stop(first) && is_start_stop(last) && data.size() > 1;
+  if (!framed && is_start_stop(first)) return {Reason::lone_start_stop, 1, data.front()};
+  if (!framed && is_start_stop(last)) {
+    return {Reason::lone_start_stop, static_cast<int>(data.size()), data.back()};
   }
-  const int first = starts ? 1 : 0;
-  const int end = starts ? last : last + 1;
-  if (first == end) return {Reason::nothing_to_encode};
-  for (int i = first; i < end; ++i) {
-    const int byte = request.data[static_cast<std::size_t>(i)];
-    if (is_start_stop(given[i])) return {Reason::misplaced_start_stop, i + 1, byte};
-    if (given[i] == kBlank) return {Reason::bad_character, i + 1, byte};
+  if (framed) data = data.subspan(1, data.size() - 2);
+  if (data.empty()) return {Reason::nothing_to_encode};
+
+  const int first_position = framed ? 2 : 1;
+  values.push(framed ? first : kA);
+  if (const Fault fault = append_values(kCodabarValues, data, values, first_position)) return fault;
+  for (std::size_t i = 0; i < data.size(); ++i) {
+    const int value = kCodabarValues[data[i]];
+    const int position = static_cast<int>(i) + first_position;
+    if (is_start_stop(value)) return {Reason::misplaced_start_stop, position, data[i]};
+    if (value == kBlank) return {Reason::bad_character, position, data[i]};
   }
-  if (starts) return {};
-  values.clear();
-  values.push(kA);
-  for (int i = 0; i < given.size(); ++i) values.push(given[i]);
-  values.push(kA);
+  values.push(framed ? last : kA);
   return {};
 }
 
@@ -73,8 +75,8 @@ int mod16_check_character(const Values& values) {
 }  // namespace
 
 Fault read_codabar(const Request& request, Values& values) {
+  if (request.dialect == Dialect::standard) return read_standard(request, values);
   if (const Fault fault = append_values(kCodabarValues, request.data, values)) return fault;
-  if (request.dialect == Dialect::standard) return frame_standard(request, values);
   if (values.size() < 2) return {Reason::no_start_stop, 0, values.size()};
   return {};
 }
@@ -87,7 +89,7 @@ void construct_codabar(const Request& request, Drawing& drawing) {
   if (mod16) values.push(mod16_character);
   append_check_characters(request.rules, values, 1);
   values.push(stop);
-  with_pen(request, kCharacters, drawing.bars, [&](auto pen) { lay_out_discrete(values, pen); });
+  draw_with_pen(request, kCharacters, drawing.bars, [&](auto pen) { lay_out_discrete(values, pen); });
 }
 
 }  // namespace korvex::linear

@@ -7,7 +7,6 @@
 namespace korvex::linear {
 namespace {
 
-constexpr int kStart = 11;
 // Seven modules each: a lone wide element has three, a pair of them two each.
 constexpr std::array<Pattern, 13> kPatterns = {
     modules("1010111"), modules("1101011"), modules("1001011"), modules("1100101"),  // 0 1 2 3
@@ -27,7 +26,7 @@ Fault read_code11(const Request& request, Values& values) {
 
 void construct_code11(const Request& request, Drawing& drawing) {
   append_check_characters(request.rules, drawing.values);
-  lay_out_framed(drawing.values, kStart, PatternPen(drawing.bars, kPatterns, request.gap));
+  draw_framed(request, kPatterns, drawing);
 }
 
 }  // namespace korvex::linear

@@ -35,10 +35,10 @@ void construct_code128(const Request& request, Drawing& drawing) {
   Values& values = drawing.values;
   const bool sscc = request.symbology == Symbology::sscc18;
   values.push(check_character(sscc ? request.rules.second : request.rules.first, values.all()));
-  for (int i = 0; i < values.size(); ++i) {
-    drawing.bars.put(kModules[static_cast<std::size_t>(values[i])], kModulesPerCharacter);
-  }
-  drawing.bars.put(kStopPattern);
+  BarWriter bars(drawing.bars);
+  for (const Value value : values.all()) bars.put(kModules[value], kModulesPerCharacter);
+  bars.put(kStopPattern);
+  bars.finish();
 }
 
 }  // namespace korvex::linear

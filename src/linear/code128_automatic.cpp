@@ -13,11 +13,11 @@ namespace {
 
 using namespace code128;
 
-// What a reader is in: a code set, and whether two FNC4 have turned plain sets A and B into the upper half of
-// ISO/IEC 8859-1. Set C is entered in the lower half only, since what FNC4 means to its digits is nowhere
-// said.
-enum State { kA, kB, kC, kUpperA, kUpperB };
-constexpr int kLowerStates = 3;
+// What a reader is in: a code set, and whether two FNC4 have turned sets A and B to the upper half of
+// ISO/IEC 8859-1. Set C is entered from the lower half only: nothing says what FNC4 means to its digits.
+enum State { kB, kC, kA, kUpperA, kUpperB };
+constexpr int kPrintableStates = 2;  // text without control characters gains nothing in set A
+constexpr int kAsciiStates = 3;
 constexpr int kAllStates = 5;
 
 constexpr Set set_of(int state) {
@@ -28,11 +28,17 @@ constexpr bool upper(int state) {
 }
 
 /// Symbol characters from one state to another: a code set character, two FNC4, or both.
-constexpr int change_cost(int from, int to) {
-  return (set_of(from) != set_of(to) ? 1 : 0) + (upper(from) != upper(to) ? 2 : 0);
-}
+constexpr auto kChangeCosts = [] {
+  std::array<std::array<int, kAllStates>, kAllStates> costs{};
+  for (int from = 0; from < kAllStates; ++from) {
+    for (int to = 0; to < kAllStates; ++to) {
+      costs[static_cast<std::size_t>(from)][static_cast<std::size_t>(to)] =
+          (set_of(from) != set_of(to) ? 1 : 0) + (upper(from) != upper(to) ? 2 : 0);
+    }
+  }
+  return costs;
+}();
 
-constexpr std::uint8_t kGroupSeparator = 0x1D;  // FNC1 in GS1 data
 constexpr int kNever = 0x3FFF;
 
 bool is_digit(int byte) {
@@ -56,8 +62,7 @@ constexpr int value_of(int byte) {
   return low < 0x20 ? low + 64 : low - 0x20;
 }
 
-/// Finds the cheapest way by dynamic programming from the end of the data. States is kLowerStates when every
-/// byte is below 128.
+/// Finds the cheapest way by dynamic programming from the end of the data. Fewer states are faster.
 template <int States>
 class Planner {
  public:
@@ -69,53 +74,53 @@ class Planner {
     if (gs1_) values.push(kFnc1);
     for (std::size_t at = 0; at < data_.size();) {
       const int next = best_state(at, state);
-      write_change(state, next, values);
+      if (next != state) write_change(state, next, values);
       state = next;
       at += write_character(at, state, values);
     }
   }
 
  private:
-  using Costs = std::array<std::uint16_t, States>;
+  using Costs = std::array<int, States>;
 
   [[nodiscard]] bool is_fnc1(int byte) const { return gs1_ && byte == kGroupSeparator; }
-  [[nodiscard]] bool pair_at(std::size_t at) const {
-    return at + 1 < data_.size() && is_digit(data_[at]) && is_digit(data_[at + 1]);
-  }
 
-  /// encoded_[at][s]: characters for the data from `at` on when its first byte is drawn in state s.
   void plan() {
-    std::array<Costs, 2>
-        reached{};  // the same with a change before it: behind the next byte, and the one after
+    Costs next{};        // with a change before it, from the byte behind `at` on
+    Costs after_next{};  // and from the one behind that
+    bool next_is_digit = false;
     for (std::size_t at = data_.size(); at-- > 0;) {
-      Costs& costs = encoded_[at];
       const int byte = data_[at];
+      const bool pair = next_is_digit && is_digit(byte);
+      next_is_digit = is_digit(byte);
+
+      Costs& costs = encoded_[at];
       if (is_fnc1(byte)) {
-        for (int s = 0; s < States; ++s)
-          costs[index(s)] = static_cast<std::uint16_t>(1 + reached[0][index(s)]);
+        for (int state = 0; state < States; ++state) costs[index(state)] = 1 + next[index(state)];
       } else {
-        const int shift_in_a = in_set_a(byte) ? 0 : 1;
-        const int shift_in_b = in_set_b(byte) ? 0 : 1;
+        const int in_a = in_set_a(byte) ? 1 : 2;  // the character, and a Shift before it
+        const int in_b = in_set_b(byte) ? 1 : 2;
         const int fnc4 = byte >= 0x80 ? 1 : 0;
-        costs[kA] = static_cast<std::uint16_t>(1 + shift_in_a + fnc4 + reached[0][kA]);
-        costs[kB] = static_cast<std::uint16_t>(1 + shift_in_b + fnc4 + reached[0][kB]);
-        costs[kC] = static_cast<std::uint16_t>(pair_at(at) ? 1 + reached[1][kC] : kNever);
+        costs[kB] = in_b + fnc4 + next[kB];
+        costs[kC] = pair ? 1 + after_next[kC] : kNever;
+        if constexpr (States >= kAsciiStates) costs[kA] = in_a + fnc4 + next[kA];
         if constexpr (States == kAllStates) {
-          costs[kUpperA] = static_cast<std::uint16_t>(2 + shift_in_a - fnc4 + reached[0][kUpperA]);
-          costs[kUpperB] = static_cast<std::uint16_t>(2 + shift_in_b - fnc4 + reached[0][kUpperB]);
+          costs[kUpperA] = in_a + 1 - fnc4 + next[kUpperA];
+          costs[kUpperB] = in_b + 1 - fnc4 + next[kUpperB];
         }
       }
-      reached[1] = reached[0];
-      reached[0] = with_change(costs);
+      after_next = next;
+      next = with_change(costs);
     }
+    from_start_ = next;
   }
 
   static Costs with_change(const Costs& costs) {
     Costs best = costs;
     for (int from = 0; from < States; ++from) {
       for (int to = 0; to < States; ++to) {
-        const int cost = costs[index(to)] + change_cost(from, to);
-        best[index(from)] = static_cast<std::uint16_t>(std::min<int>(best[index(from)], cost));
+        best[index(from)] =
+            std::min(best[index(from)], costs[index(to)] + kChangeCosts[index(from)][index(to)]);
       }
     }
     return best;
@@ -123,10 +128,12 @@ class Planner {
 
   /// The state in which to draw the byte at `at`: the present one unless another is cheaper.
   [[nodiscard]] int best_state(std::size_t at, int present) const {
+    const Costs& costs = encoded_[at];
+    const auto& change_costs = kChangeCosts[index(present)];
     int best = present;
-    int best_cost = encoded_[at][index(present)];
+    int best_cost = costs[index(present)];
     for (int to = 0; to < States; ++to) {
-      const int cost = encoded_[at][index(to)] + change_cost(present, to);
+      const int cost = costs[index(to)] + change_costs[index(to)];
       if (cost < best_cost) {
         best = to;
         best_cost = cost;
@@ -135,12 +142,13 @@ class Planner {
     return best;
   }
 
-  /// Set B when it is as good as any.
+  /// Set B when it is as good as any, and set A rather than C.
   [[nodiscard]] int best_start() const {
-    if (data_.empty()) return kB;
-    const Costs reached = with_change(encoded_[0]);
-    if (reached[kB] <= reached[kA] && reached[kB] <= reached[kC]) return kB;
-    return reached[kA] <= reached[kC] ? kA : kC;
+    int best = kB;
+    if constexpr (States >= kAsciiStates) {
+      if (from_start_[kA] < from_start_[best]) best = kA;
+    }
+    return from_start_[kC] < from_start_[best] ? kC : best;
   }
 
   static void write_change(int from, int to, Values& values) {
@@ -176,7 +184,10 @@ class Planner {
 
   std::span<const std::uint8_t> data_;
   bool gs1_;
-  std::array<Costs, kMaxDataBytes> encoded_;  // not cleared: written from the back before it is read
+  Costs from_start_{};
+  // Symbol characters for the data from each byte on when that byte is drawn in each state. Not cleared:
+  // written from the back before it is read.
+  std::array<Costs, kMaxDataBytes> encoded_;
 };
 
 }  // namespace
@@ -184,14 +195,21 @@ class Planner {
 Fault read_code128_automatic(const Request& request, Values& values) {
   const std::span<const std::uint8_t> data = request.data;
   if (data.empty()) return {Reason::nothing_to_encode};
-  const auto high = std::find_if(data.begin(), data.end(), [](std::uint8_t byte) { return byte >= 0x80; });
-  if (high == data.end()) {
-    Planner<kLowerStates>(data, request.gs1).write(values);
-    return {};
+  const auto is_upper = [](std::uint8_t byte) { return byte >= 0x80; };
+  const auto is_control = [gs1 = request.gs1](std::uint8_t byte) {
+    return byte < ' ' && !(gs1 && byte == kGroupSeparator);
+  };
+  const auto first_upper = std::find_if(data.begin(), data.end(), is_upper);
+  if (first_upper != data.end()) {
+    // GS1 element strings have no FNC4.
+    const int position = static_cast<int>(first_upper - data.begin()) + 1;
+    if (request.gs1) return {Reason::bad_character, position, *first_upper};
+    Planner<kAllStates>(data, false).write(values);
+  } else if (std::any_of(data.begin(), data.end(), is_control)) {
+    Planner<kAsciiStates>(data, request.gs1).write(values);
+  } else {
+    Planner<kPrintableStates>(data, request.gs1).write(values);
   }
-  // GS1 element strings have no FNC4.
-  if (request.gs1) return {Reason::bad_character, static_cast<int>(high - data.begin()) + 1, *high};
-  Planner<kAllStates>(data, false).write(values);
   return {};
 }
 

@@ -1,5 +1,4 @@
-// Code 128 with the code sets chosen in the data: by escapes between the characters, or by headers before
-// them.
+// Code 128 with the code sets chosen in the data: by escapes among the characters or headers before them.
 #include <cstddef>
 #include <cstdint>
 #include <span>

@@ -34,6 +34,8 @@ inline constexpr int fnc4_value(Set set) {
   return latch_value(set);
 }
 
+inline constexpr std::uint8_t kGroupSeparator = 0x1D;  // stands for FNC1 in GS1 data
+
 inline constexpr int kModulesPerCharacter = 11;
 inline constexpr Pattern kStopPattern{0b1100011101011, 13};  // value 106 and its termination bar
 

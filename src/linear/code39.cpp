@@ -22,6 +22,21 @@ constexpr TwoWidthTable<44> kCharacters(std::array<Elements, 44>{
     "nwnwnnnwn", "nwnnnwnwn", "nnnwnwnwn", "nwnnwnwnn",               // / + % *
 });
 static_assert(kCharacters.all_take(0, 44, {12, 15, 27}));
+// Four rows of ten have the same ten pairs of wide bars, and each row one wide space of its own.
+static_assert([] {
+  constexpr std::array<std::string_view, 4> kRows = {"UVWXYZ-. *", "1234567890", "ABCDEFGHIJ", "KLMNOPQRST"};
+  for (std::size_t row = 0; row < 4; ++row) {
+    for (std::size_t column = 0; column < 10; ++column) {
+      const Elements& first = kCharacters.elements[kCode39Characters.find(kRows[0][column])];
+      const Elements& other = kCharacters.elements[kCode39Characters.find(kRows[row][column])];
+      for (int i = 0; i < 9; ++i) {
+        const bool wide = i % 2 == 0 ? first.wide(i) : i / 2 == static_cast<int>(row);
+        if (other.wide(i) != wide) return false;
+      }
+    }
+  }
+  return true;
+}());
 static_assert(kCode39Characters.size() == 44 && kCode39Characters[kStartStop] == '*');
 
 constexpr ValueTable kValues = value_table(kCode39Characters);
@@ -57,7 +72,7 @@ void construct_code39(const Request& request, Drawing& drawing) {
   const int stop = values.pop();
   append_check_characters(request.rules, values, 1);
   values.push(stop);
-  with_pen(request, kCharacters, drawing.bars, [&](auto pen) { lay_out_discrete(values, pen); });
+  draw_with_pen(request, kCharacters, drawing.bars, [&](auto pen) { lay_out_discrete(values, pen); });
 }
 
 }  // namespace korvex::linear

@@ -1,5 +1,4 @@
 // The EAN/UPC family (ISO/IEC 15420): EAN-13, UPC-A, EAN-8, UPC-E and the add-ons.
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -11,13 +10,14 @@ namespace korvex::linear {
 namespace {
 
 constexpr int kDigitModules = 7;
+constexpr int kUpceDigits = 6;  // that are drawn
 constexpr Pattern kNormalGuard = modules("101");
 constexpr Pattern kCentreGuard = modules("01010");
 constexpr Pattern kUpceEndGuard = modules("010101");
 constexpr Pattern kAddonStart = modules("1011");
 constexpr Pattern kAddonSeparator = modules("01");
 
-// ISO/IEC 15420, Table 1, number set A; the others follow from it.
+// ISO/IEC 15420, number set A; the others follow from it.
 constexpr std::array<std::uint8_t, 10> kSetA = {
     0b0001101, 0b0011001, 0b0010011, 0b0111101, 0b0100011,
     0b0110001, 0b0101111, 0b0111011, 0b0110111, 0b0001011,
@@ -38,10 +38,10 @@ static_assert(kDigitPatterns[1][0] == 0b0100111 && kDigitPatterns[2][0] == 0b111
 
 /// Number sets of digits from left to right; the row is chosen by what is not drawn itself.
 using SetRows = std::array<const char*, 10>;
-// ISO/IEC 15420, Table 2: by the first of 13 digits.
+// ISO/IEC 15420, EAN-13: by the first of 13 digits.
 constexpr SetRows kEan13Sets = {"AAAAAA", "AABABB", "AABBAB", "AABBBA", "ABAABB",
                                 "ABBAAB", "ABBBAA", "ABABAB", "ABABBA", "ABBABA"};
-// Table 4, number system 0: by the check digit.
+// UPC-E, number system 0: by the check digit.
 constexpr SetRows kUpceSets = {"BBBAAA", "BBABAA", "BBAABA", "BBAAAB", "BABBAA",
                                "BAABBA", "BAAABB", "BABABA", "BABAAB", "BAABAB"};
 // Five-digit add-on: by the weighted sum of the digits modulo 10.
@@ -65,16 +65,34 @@ std::uint32_t digit_modules(char set, int digit) {
   return kDigitPatterns[static_cast<std::size_t>(set - 'A')][static_cast<std::size_t>(digit)];
 }
 
-/// Draws values first to before end, each in its set; three to a run keep the writer quick.
-void put_digits(BarWriter& bars, const Values& values, int first, int end, const char* sets) {
-  while (first < end) {
-    Pattern run;
-    for (const int run_end = std::min(first + 3, end); first < run_end; ++first) {
-      run.modules = run.modules << kDigitModules | digit_modules(*sets++, values[first]);
-      run.count += kDigitModules;
-    }
-    bars.put(run);
-  }
+/// Draws `count` digits, at most six, from the value at `first` on, each in its set.
+void put_digits(BarWriter& bars, const Values& values, int first, int count, const char* sets) {
+  std::uint64_t run = 0;
+  for (int i = 0; i < count; ++i) run = run << kDigitModules | digit_modules(sets[i], values[first + i]);
+  // The writer takes up to 32 modules at once.
+  const int right = count * kDigitModules / 2;
+  bars.put(static_cast<std::uint32_t>(run >> right), count * kDigitModules - right);
+  bars.put(static_cast<std::uint32_t>(run & ((1U << right) - 1)), right);
+}
+
+/// Draws two halves between guards: `half` digits from `first` on in the sets given, and `half` in set C.
+void draw_halves(const Request& request, Drawing& drawing, int first, int half, const char* left_sets) {
+  BarWriter bars(drawing.bars);
+  bars.put(kNormalGuard);
+  put_digits(bars, drawing.values, first, half, left_sets);
+  bars.put(kCentreGuard);
+  put_digits(bars, drawing.values, first + half, half, "CCCCCC");
+  bars.put(kNormalGuard);
+  bars.finish();
+  if (!request.guards) return;
+
+  BarWriter guards(drawing.guards);
+  guards.put(kNormalGuard);
+  guards.put_run(false, half * kDigitModules);
+  guards.put(kCentreGuard);
+  guards.put_run(false, half * kDigitModules);
+  guards.put(kNormalGuard);
+  guards.finish();
 }
 
 // ---- reading ----
@@ -98,7 +116,7 @@ Fault read_checked_digits(const Request& request, int shortest, Values& values) 
 
 /// The ten digits of manufacturer and item number that six UPC-E digits stand for: the last one tells where
 /// the zeros were.
-std::array<std::uint8_t, 10> upce_expanded(std::span<const std::uint8_t> d) {
+std::array<Value, 10> upce_expanded(std::span<const Value> d) {
   switch (d[5]) {
     case 0:
     case 1:
@@ -131,17 +149,17 @@ Fault read_ean8(const Request& request, Values& values) {
 }
 
 Fault read_upce(const Request& request, Values& values) {
-  constexpr int kDrawn = 6;
   Values digits;
   if (const Fault fault = append_values(kDigitValues, request.data, digits)) return fault;
   const int count = digits.size();
-  const bool longer = request.dialect == Dialect::standard && (count == kDrawn + 1 || count == kDrawn + 2);
-  if (count != kDrawn && !longer) return {Reason::bad_length, 0, count};
+  const bool longer =
+      request.dialect == Dialect::standard && (count == kUpceDigits + 1 || count == kUpceDigits + 2);
+  if (count != kUpceDigits && !longer) return {Reason::bad_length, 0, count};
   if (longer && digits[0] != 0) return {Reason::bad_number_system, 1, digits[0]};
 
-  for (int i = longer ? 1 : 0; values.size() < kDrawn; ++i) values.push(digits[i]);
+  for (int i = longer ? 1 : 0; values.size() < kUpceDigits; ++i) values.push(digits[i]);
   const int computed = upce_check_digit(values.all());
-  if (count == kDrawn + 2 && digits[count - 1] != computed) {
+  if (count == kUpceDigits + 2 && digits[count - 1] != computed) {
     return {Reason::wrong_check_digit, count, digits[count - 1], computed};
   }
   return {};
@@ -153,68 +171,51 @@ Fault read_addon(const Request& request, Values& values) {
   return {};
 }
 
-int upce_check_digit(std::span<const std::uint8_t> six_digits) {
+int upce_check_digit(std::span<const Value> six_digits) {
   return check_character(kGs1CheckDigit, upce_expanded(six_digits));
 }
 
 // ---- drawing ----
 
 void construct_ean13(const Request& request, Drawing& drawing) {
-  const Values& digits = drawing.values;
-  drawing.bars.put(kNormalGuard);
-  put_digits(drawing.bars, digits, 1, 7, kEan13Sets[static_cast<std::size_t>(digits[0])]);
-  drawing.bars.put(kCentreGuard);
-  put_digits(drawing.bars, digits, 7, 13, "CCCCCC");
-  drawing.bars.put(kNormalGuard);
-  if (request.guards) {
-    drawing.guards.put(kNormalGuard);
-    drawing.guards.put_run(false, 6 * kDigitModules);
-    drawing.guards.put(kCentreGuard);
-    drawing.guards.put_run(false, 6 * kDigitModules);
-    drawing.guards.put(kNormalGuard);
-  }
+  draw_halves(request, drawing, 1, 6, kEan13Sets[static_cast<std::size_t>(drawing.values[0])]);
 }
 
 void construct_ean8(const Request& request, Drawing& drawing) {
-  const Values& digits = drawing.values;
-  drawing.bars.put(kNormalGuard);
-  put_digits(drawing.bars, digits, 0, 4, "AAAA");
-  drawing.bars.put(kCentreGuard);
-  put_digits(drawing.bars, digits, 4, 8, "CCCC");
-  drawing.bars.put(kNormalGuard);
-  if (request.guards) {
-    drawing.guards.put(kNormalGuard);
-    drawing.guards.put_run(false, 4 * kDigitModules);
-    drawing.guards.put(kCentreGuard);
-    drawing.guards.put_run(false, 4 * kDigitModules);
-    drawing.guards.put(kNormalGuard);
-  }
+  draw_halves(request, drawing, 0, 4, "AAAA");
 }
 
 void construct_upce(const Request& request, Drawing& drawing) {
-  const Values& digits = drawing.values;
-  const int check_digit = upce_check_digit(digits.all());
-  drawing.bars.put(kNormalGuard);
-  put_digits(drawing.bars, digits, 0, 6, kUpceSets[static_cast<std::size_t>(check_digit)]);
-  drawing.bars.put(kUpceEndGuard);
-  if (request.guards) {
-    drawing.guards.put(kNormalGuard);
-    drawing.guards.put_run(false, 6 * kDigitModules);
-    drawing.guards.put(kUpceEndGuard);
-  }
+  const int check_digit = upce_check_digit(drawing.values.all());
+  BarWriter bars(drawing.bars);
+  bars.put(kNormalGuard);
+  put_digits(bars, drawing.values, 0, kUpceDigits, kUpceSets[static_cast<std::size_t>(check_digit)]);
+  bars.put(kUpceEndGuard);
+  bars.finish();
+  if (!request.guards) return;
+
+  BarWriter guards(drawing.guards);
+  guards.put(kNormalGuard);
+  guards.put_run(false, kUpceDigits * kDigitModules);
+  guards.put(kUpceEndGuard);
+  guards.finish();
 }
 
 void construct_addon(const Request&, Drawing& drawing) {
   const Values& d = drawing.values;
-  const int key =
-      d.size() == 2 ? (10 * d[0] + d[1]) % 4 : (3 * (d[0] + d[2] + d[4]) + 9 * (d[1] + d[3])) % 10;
-  const char* sets =
-      d.size() == 2 ? kAddon2Sets[static_cast<std::size_t>(key)] : kAddon5Sets[static_cast<std::size_t>(key)];
-  drawing.bars.put(kAddonStart);
-  for (int i = 0; i < d.size(); ++i) {
-    if (i > 0) drawing.bars.put(kAddonSeparator);
-    drawing.bars.put(digit_modules(sets[i], d[i]), kDigitModules);
+  const int two_key = (10 * d[0] + d[1]) % 4;
+  const char* sets = kAddon2Sets[static_cast<std::size_t>(two_key)];
+  if (d.size() == 5) {
+    const int five_key = (3 * (d[0] + d[2] + d[4]) + 9 * (d[1] + d[3])) % 10;
+    sets = kAddon5Sets[static_cast<std::size_t>(five_key)];
   }
+  BarWriter bars(drawing.bars);
+  bars.put(kAddonStart);
+  for (int i = 0; i < d.size(); ++i) {
+    if (i > 0) bars.put(kAddonSeparator);
+    bars.put(digit_modules(sets[i], d[i]), kDigitModules);
+  }
+  bars.finish();
 }
 
 }  // namespace korvex::linear

@@ -8,77 +8,38 @@
 #include "linear/request.hpp"
 #include "linear/symbologies.hpp"
 #include "linear/text.hpp"
+#include "linear/types.hpp"
 
 namespace korvex::linear {
 namespace {
 
 constexpr int kMaxElementModules = 99;
 
-/// The row of kTypeRules.
-constexpr int type_of(Symbology symbology) {
-  switch (symbology) {
-    case Symbology::codabar:
-      return 0;
-    case Symbology::code39:
-      return 1;
-    case Symbology::itf:
-      return 2;
-    case Symbology::ean13:
-    case Symbology::upca:
-      return 3;
-    case Symbology::ean8:
-      return 4;
-    case Symbology::industrial25:
-      return 5;
-    case Symbology::code25_3bar:
-      return 6;
-    case Symbology::sscc18:
-      return 8;
-    case Symbology::code128:
-    case Symbology::code128_inband:
-      return 9;
-    case Symbology::msi:
-      return 10;
-    case Symbology::code11:
-      return 11;
-    case Symbology::code93:
-      return 12;
-    case Symbology::code128_segments:
-      return 13;
-    case Symbology::upce:
-      return 14;
-    case Symbology::addon:
-      return 15;
-  }
-  return 18;
-}
-
+/// Whether the symbology knows such check characters.
 bool offers(Symbology symbology, CheckCharacters check) {
   using enum CheckCharacters;
-  switch (check) {
-    case none:
-      return true;
-    case mod10:
-      return symbology == Symbology::msi || symbology == Symbology::itf ||
-             symbology == Symbology::industrial25 || symbology == Symbology::code25_3bar;
-    case mod10_mod10:
-    case mod11:
-    case mod11_mod10:
-      return symbology == Symbology::msi;
-    case mod43:
-      return symbology == Symbology::code39;
-    case mod16:
-      return symbology == Symbology::codabar;
-    case one:
-    case two:
-      return symbology == Symbology::code11;
+  if (check == none) return true;
+  switch (symbology) {
+    case Symbology::codabar:
+      return check == mod16;
+    case Symbology::code39:
+      return check == mod43;
+    case Symbology::code11:
+      return check == one || check == two;
+    case Symbology::msi:
+      return check >= mod10 && check <= mod11_mod10;
+    case Symbology::itf:
+    case Symbology::industrial25:
+    case Symbology::code25_3bar:
+      return check == mod10;
+    default:
+      return false;
   }
-  return false;
 }
 
 /// The type's rules, with those on that the caller asks for. MSI and Codabar have usual ones of their own.
 CheckRules rules_for(const Options& options) {
-  CheckRules rules = kTypeRules[static_cast<std::size_t>(type_of(options.symbology))];
+  CheckRules rules = rules_of(options.symbology);
   if (options.symbology == Symbology::msi || options.symbology == Symbology::codabar) return rules;
   if (options.check != CheckCharacters::none) rules.first.enabled = 1;
   if (options.check == CheckCharacters::two) rules.second.enabled = 1;
@@ -114,9 +75,8 @@ Error check_options(const Options& options) {
   }
   if (!offers(options.symbology, options.check)) {
     return parameter(
-        "The symbology does not offer this check; offered are mod10 for MSI and the 2 of 5 codes, "
-        "mod10_mod10, mod11 and "
-        "mod11_mod10 for MSI, mod43 for Code 39, mod16 for Codabar, one and two for Code 11.");
+        "The symbology does not offer this check; there are mod10 for the 2 of 5 codes, mod10, mod10_mod10, "
+        "mod11 and mod11_mod10 for MSI, mod43 for Code 39, mod16 for Codabar, one and two for Code 11.");
   }
   if (options.gs1 && options.symbology != Symbology::code128) {
     return parameter("The gs1 option goes with code128 only; SSCC-18 is GS1 data without it.");
@@ -131,9 +91,9 @@ Error check_options(const Options& options) {
   return {};
 }
 
-ModuleRow module_row(const BarWriter& bars) {
-  const int modules = bars.module_count();
-  return {std::vector<std::uint32_t>(bars.words(), bars.words() + (modules + 31) / 32), modules};
+ModuleRow module_row(const Bars& bars) {
+  const std::uint32_t* const words = bars.words.data();
+  return {std::vector<std::uint32_t>(words, words + (bars.module_count + 31) / 32), bars.module_count};
 }
 
 }  // namespace
@@ -165,10 +125,12 @@ Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data
   };
   Drawing drawing;
   if (const Fault fault = draw(request, drawing)) return describe(fault, request);
-  return Symbol{.bars = module_row(drawing.bars),
-                .guards = module_row(drawing.guards),
-                .text = plain_text(request, drawing.values),
-                .text_groups = grouped_text(request, drawing.values).groups};
+  const GroupedText grouped = grouped_text(request, drawing.values);
+  return Symbol{
+      .bars = module_row(drawing.bars),
+      .guards = module_row(drawing.guards),
+      .text = grouped.length > 0 ? std::string(grouped.view()) : plain_text(request, drawing.values),
+      .text_groups = grouped.groups};
 }
 
 Result<Symbol> encode(const Options& options, std::string_view data) {
@@ -176,11 +138,9 @@ Result<Symbol> encode(const Options& options, std::string_view data) {
 }
 
 QuietZones quiet_zones(const Options& options) {
-  // In narrow elements, of which the 5:2 ratio and chosen widths make several modules.
-  constexpr int kTen = 10;
   switch (options.symbology) {
     case Symbology::ean13:
-      return {11, 7};  // ISO/IEC 15420, 4.3.4
+      return {11, 7};  // ISO/IEC 15420
     case Symbology::upca:
       return {9, 9};
     case Symbology::ean8:
@@ -194,6 +154,8 @@ QuietZones quiet_zones(const Options& options) {
     default:
       break;
   }
+  // The others ask for ten narrow elements, which are several modules with the ratio 5:2 or chosen widths.
+  constexpr int kNarrowElements = 10;
   int narrow = 1;
   if (has_two_widths(options.symbology)) {
     if (options.widths) {
@@ -202,7 +164,7 @@ QuietZones quiet_zones(const Options& options) {
       narrow = 2;
     }
   }
-  return {kTen * narrow, kTen * narrow};
+  return {kNarrowElements * narrow, kNarrowElements * narrow};
 }
 
 }  // namespace korvex::linear

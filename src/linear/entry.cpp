@@ -1,7 +1,6 @@
 #include "linear/entry.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <optional>
 
@@ -9,50 +8,12 @@
 #include "linear/request.hpp"
 #include "linear/symbologies.hpp"
 #include "linear/text.hpp"
+#include "linear/types.hpp"
 
 namespace korvex::linear {
 namespace {
 
-constexpr int kTypeCount = 19;
-constexpr int kType7 = 7;    // takes what Codabar takes, and has no symbol
-constexpr int kType17 = 17;  // takes digits and capital letters, and has no symbol
-
-constexpr std::optional<Symbology> symbology_of(int type) {
-  switch (type) {
-    case 0:
-      return Symbology::codabar;
-    case 1:
-      return Symbology::code39;
-    case 2:
-      return Symbology::itf;
-    case 3:
-      return Symbology::ean13;
-    case 4:
-      return Symbology::ean8;
-    case 5:
-      return Symbology::industrial25;
-    case 6:
-      return Symbology::code25_3bar;
-    case 8:
-      return Symbology::sscc18;
-    case 9:
-      return Symbology::code128_inband;
-    case 10:
-      return Symbology::msi;
-    case 11:
-      return Symbology::code11;
-    case 12:
-      return Symbology::code93;
-    case 13:
-      return Symbology::code128_segments;
-    case 14:
-      return Symbology::upce;
-    case 15:
-      return Symbology::addon;
-    default:
-      return std::nullopt;
-  }
-}
+constexpr ValueTable kBase36Values = value_table("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ");
 
 bool wants_text(Symbology symbology, int text_option) {
   if (symbology == Symbology::sscc18) return text_option == 1 || text_option == 2;
@@ -71,7 +32,7 @@ std::optional<ExplicitWidths> explicit_widths(const Bar_Ratio& ratio) {
 
 int gap_modules(Symbology symbology, const Bar_Ratio& ratio) {
   if (symbology == Symbology::code93) return 0;
-  if (ratio.selector > 2) return std::max<int>(0, ratio.narrow_space);
+  if (ratio.selector > 2) return ratio.narrow_space;
   return ratio.selector == 2 ? 2 : 1;
 }
 
@@ -89,11 +50,11 @@ void write_text(const GroupedText& text, Bit_Result& result) {
 }
 
 void write_patterns(const Drawing& drawing, Bit_Result& result) {
-  const int modules = drawing.bars.module_count();
+  const int modules = drawing.bars.module_count;
   const int words = modules / 32 + 1;
-  std::copy_n(drawing.bars.words(), words, result.bars);
-  if (drawing.guards.module_count() > 0) {
-    std::copy_n(drawing.guards.words(), words, result.guards);
+  std::copy_n(drawing.bars.words.data(), words, result.bars);
+  if (drawing.guards.module_count > 0) {
+    std::copy_n(drawing.guards.words.data(), words, result.guards);
   } else {
     std::fill_n(result.guards, words, 0U);
   }
@@ -112,9 +73,9 @@ std::int16_t entry(std::uint16_t type, std::uint16_t guard_option, std::uint16_t
   if (data->data_length < 0 || data->data_length > kMaxDataBytes) return KORVEX_BAD_DATA;
 
   const std::span<const std::uint8_t> bytes(data->data, static_cast<std::size_t>(data->data_length));
-  if (type == kType7) return check_only(kCodabarValues, bytes);
-  if (type == kType17) return check_only(value_table("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ"), bytes);
-  const std::optional<Symbology> symbology = symbology_of(type);
+  if (type == kCodabarWithoutSymbol) return check_only(kCodabarValues, bytes);
+  if (type == kBase36WithoutSymbol) return check_only(kBase36Values, bytes);
+  const std::optional<Symbology> symbology = kTypes[type].symbology;
   if (!symbology) return KORVEX_BAD_DATA;
   const bool with_text = wants_text(*symbology, text_option);
   if (with_text && result->text == nullptr) return KORVEX_BAD_DATA;
@@ -127,7 +88,7 @@ std::int16_t entry(std::uint16_t type, std::uint16_t guard_option, std::uint16_t
       .ratio = widths ? Ratio::two_to_one : static_cast<Ratio>(ratio->selector),
       .widths = widths ? &*widths : nullptr,
       .gap = gap_modules(*symbology, *ratio),
-      .rules = kTypeRules[type],
+      .rules = kTypes[type].rules,
       .guards = guard_option != 0 && has_guards(*symbology),
       .segments = text_option,
   };

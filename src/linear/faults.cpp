@@ -1,4 +1,6 @@
 // The sentences for what can be wrong with a request for a linear symbol.
+#include <array>
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -9,50 +11,41 @@ namespace korvex::linear {
 namespace {
 
 struct Names {
-  std::string_view name;           ///< as it stands in a sentence
-  std::string_view takes;          ///< characters
-  std::string_view lengths;        ///< of the published form
-  std::string_view exact_lengths;  ///< of the korvex32 dialect
+  Symbology symbology;
+  std::string_view name;          ///< as it stands in a sentence
+  std::string_view takes;         ///< characters
+  std::string_view lengths = {};  ///< of the published form, where they are fixed
+  std::string_view korvex32_lengths = {};
 };
 
-Names names_of(Symbology symbology) {
-  switch (symbology) {
-    case Symbology::codabar:
-      return {"Codabar", "0-9 - $ : / . + between start and stop letters A B C D", "", ""};
-    case Symbology::code39:
-      return {"Code 39", "0-9, A-Z, space and - . $ / + %", "", ""};
-    case Symbology::itf:
-      return {"Interleaved 2 of 5", "digits", "", ""};
-    case Symbology::ean13:
-      return {"EAN-13", "digits", "12 digits, or 13 with the check digit", "11 to 13 digits"};
-    case Symbology::upca:
-      return {"UPC-A", "digits", "11 digits, or 12 with the check digit", "11 or 12 digits"};
-    case Symbology::ean8:
-      return {"EAN-8", "digits", "7 digits, or 8 with the check digit", "7 or 8 digits"};
-    case Symbology::upce:
-      return {"UPC-E", "digits", "6 digits, 7 with the leading 0, or 8 with the check digit too", "6 digits"};
-    case Symbology::addon:
-      return {"The add-on", "digits", "2 or 5 digits", "2 or 5 digits"};
-    case Symbology::industrial25:
-      return {"Industrial 2 of 5", "digits", "", ""};
-    case Symbology::code25_3bar:
-      return {"The three-bar 2 of 5 code", "digits", "", ""};
-    case Symbology::sscc18:
-      return {"SSCC-18", "digits", "17 digits, or 18 with the check digit", "17 digits"};
-    case Symbology::code128:
-      return {"Code 128", "bytes 0-255, or 0-127 in GS1 data", "", ""};
-    case Symbology::code128_inband:
-    case Symbology::code128_segments:
-      return {"Code 128", "space to _ in code set A, space to DEL in B, and digits in C", "", ""};
-    case Symbology::msi:
-      return {"MSI", "digits", "", ""};
-    case Symbology::code11:
-      return {"Code 11", "digits and -", "", ""};
-    case Symbology::code93:
-      return {"Code 93", "bytes 0-127", "", ""};
+constexpr std::string_view kDigitsOnly = "digits";
+constexpr std::string_view kCode128Sets = "space to _ in code set A, space to DEL in B, and digits in C";
+constexpr std::array<Names, 17> kNames = {{
+    {Symbology::codabar, "Codabar", "0-9 - $ : / . + between start and stop letters A B C D"},
+    {Symbology::code39, "Code 39", "0-9, A-Z, space and - . $ / + %"},
+    {Symbology::itf, "Interleaved 2 of 5", kDigitsOnly},
+    {Symbology::ean13, "EAN-13", kDigitsOnly, "12 digits, or 13 with the check digit", "11 to 13 digits"},
+    {Symbology::upca, "UPC-A", kDigitsOnly, "11 digits, or 12 with the check digit", "11 or 12 digits"},
+    {Symbology::ean8, "EAN-8", kDigitsOnly, "7 digits, or 8 with the check digit", "7 or 8 digits"},
+    {Symbology::upce, "UPC-E", kDigitsOnly, "6 digits, 7 with the leading 0, or 8 with the check digit too",
+     "6 digits"},
+    {Symbology::addon, "The add-on", kDigitsOnly, "2 or 5 digits", "2 or 5 digits"},
+    {Symbology::industrial25, "Industrial 2 of 5", kDigitsOnly},
+    {Symbology::code25_3bar, "The three-bar 2 of 5 code", kDigitsOnly},
+    {Symbology::sscc18, "SSCC-18", kDigitsOnly, "17 digits, or 18 with the check digit", "17 digits"},
+    {Symbology::code128, "Code 128", "bytes 0-255, or 0-127 in GS1 data"},
+    {Symbology::code128_inband, "Code 128", kCode128Sets},
+    {Symbology::code128_segments, "Code 128", kCode128Sets},
+    {Symbology::msi, "MSI", kDigitsOnly},
+    {Symbology::code11, "Code 11", "digits and -"},
+    {Symbology::code93, "Code 93", "bytes 0-127"},
+}};
+static_assert([] {
+  for (std::size_t i = 0; i < kNames.size(); ++i) {
+    if (static_cast<std::size_t>(kNames[i].symbology) != i) return false;
   }
-  return {};
-}
+  return true;
+}());
 
 /// 'x' (0x78), or 0x00 alone where there is nothing to show.
 std::string shown(int byte) {
@@ -72,8 +65,13 @@ std::string byte_at(const Fault& fault) {
   return "byte " + shown(fault.given) + at(fault);
 }
 
+std::string escapes_of(Symbology symbology) {
+  if (symbology == Symbology::code128_segments) return "` takes a, b, c or d, and in code set C ? takes 1";
+  return "> takes space to B, C, D, E, F or J, and in code set C only D, E or F";
+}
+
 std::string sentence(const Fault& fault, const Request& request) {
-  const Names names = names_of(request.symbology);
+  const Names& names = kNames[static_cast<std::size_t>(request.symbology)];
   const std::string name(names.name);
   const std::string given = std::to_string(fault.given);
   switch (fault.reason) {
@@ -95,8 +93,8 @@ std::string sentence(const Fault& fault, const Request& request) {
              " given.";
     case Reason::bad_length:
       return name + " takes " +
-             std::string(request.dialect == Dialect::standard ? names.lengths : names.exact_lengths) + "; " +
-             given + " given.";
+             std::string(request.dialect == Dialect::standard ? names.lengths : names.korvex32_lengths) +
+             "; " + given + " given.";
     case Reason::wrong_check_digit:
       return "The check digit " + given + at(fault) + " is wrong: these digits have the check digit " +
              std::to_string(fault.expected) + ".";
@@ -106,9 +104,8 @@ std::string sentence(const Fault& fault, const Request& request) {
       return "These digits have the modulo 11 check value 10, which is no digit; choose another check or "
              "other digits.";
     case Reason::bad_escape:
-      if (fault.given < 0) return "The escape" + at(fault) + " lacks the byte that tells what it stands for.";
-      return "The escape" + at(fault) + " is followed by " + shown(fault.given) +
-             ", which stands for nothing in the code set in force.";
+      return "The escape" + at(fault) + " is followed by " +
+             (fault.given < 0 ? "nothing" : shown(fault.given)) + "; " + escapes_of(request.symbology) + ".";
     case Reason::odd_digits:
       return "The digit " + shown(fault.given) + at(fault) +
              " has no partner; code set C takes digits in pairs, so give an even number or change the code "

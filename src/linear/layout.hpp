@@ -16,10 +16,11 @@ inline constexpr ValueTable kDigitValues = value_table(kDigits);
 /// Appends the value of every byte of `data`, whose first byte stands at `position` of the caller's data.
 inline Fault append_values(const ValueTable& table, std::span<const std::uint8_t> data, Values& values,
                            int position = 1) {
+  Value* end = values.extend(data.size());
   for (const std::uint8_t byte : data) {
     const std::uint8_t value = table[byte];
     if (value == kNoValue) return {Reason::bad_character, position, byte};
-    values.push(value);
+    *end++ = value;
     ++position;
   }
   return {};
@@ -37,17 +38,17 @@ inline void append_check_characters(const CheckRules& rules, Values& values, std
 class PatternPen {
  public:
   /// `gap` is 0 to 2 modules.
-  PatternPen(BarWriter& bars, std::span<const Pattern> patterns, int gap)
-      : bars_(bars), patterns_(patterns), gap_(gap) {}
+  PatternPen(BarWriter& writer, std::span<const Pattern> patterns, int gap)
+      : writer_(writer), patterns_(patterns), gap_(gap) {}
 
-  void character(int value) { bars_.put(patterns_[static_cast<std::size_t>(value)]); }
+  void character(int value) { writer_.put(patterns_[static_cast<std::size_t>(value)]); }
   void character_and_gap(int value) {
     const Pattern& pattern = patterns_[static_cast<std::size_t>(value)];
-    bars_.put(pattern.modules << gap_, pattern.count + gap_);
+    writer_.put(pattern.modules << gap_, pattern.count + gap_);
   }
 
  private:
-  BarWriter& bars_;
+  BarWriter& writer_;
   std::span<const Pattern> patterns_;
   int gap_;
 };
@@ -55,36 +56,38 @@ class PatternPen {
 /// Draws characters element by element with widths chosen one by one.
 class ElementPen {
  public:
-  ElementPen(BarWriter& bars, std::span<const Elements> characters, const ExplicitWidths& widths, int gap)
-      : bars_(bars), characters_(characters), widths_(widths), gap_(gap) {}
+  ElementPen(BarWriter& writer, std::span<const Elements> characters, const ExplicitWidths& widths, int gap)
+      : writer_(writer), characters_(characters), widths_(widths), gap_(gap) {}
 
   void character(int value) {
     const Elements& elements = characters_[static_cast<std::size_t>(value)];
     for (int i = 0; i < elements.count; ++i) {
       const bool bar = elements.bar(i);
-      bars_.put_run(bar, widths_.of(bar, elements.wide(i)));
+      writer_.put_run(bar, widths_.of(bar, elements.wide(i)));
     }
   }
   void character_and_gap(int value) {
     character(value);
-    bars_.put_run(false, gap_);
+    writer_.put_run(false, gap_);
   }
 
  private:
-  BarWriter& bars_;
+  BarWriter& writer_;
   std::span<const Elements> characters_;
   const ExplicitWidths& widths_;
   int gap_;
 };
 
-/// Calls `lay_out` with the pen that the request's widths ask for.
+/// Draws `bars` with the pen that the request's widths ask for.
 template <std::size_t Count, class LayOut>
-void with_pen(const Request& request, const TwoWidthTable<Count>& table, BarWriter& bars, LayOut lay_out) {
+void draw_with_pen(const Request& request, const TwoWidthTable<Count>& table, Bars& bars, LayOut lay_out) {
+  BarWriter writer(bars);
   if (request.widths != nullptr) {
-    lay_out(ElementPen(bars, table.elements, *request.widths, request.gap));
+    lay_out(ElementPen(writer, table.elements, *request.widths, request.gap));
   } else {
-    lay_out(PatternPen(bars, table.drawn_by_ratio[static_cast<std::size_t>(request.ratio)], request.gap));
+    lay_out(PatternPen(writer, table.drawn_by_ratio[static_cast<std::size_t>(request.ratio)], request.gap));
   }
+  writer.finish();
 }
 
 /// Character, gap, character ... character: the first and the last value are start and stop character.
@@ -95,12 +98,21 @@ void lay_out_discrete(const Values& values, Pen pen) {
   pen.character(values[last]);
 }
 
-/// Start, gap, character, gap ... stop: the two patterns after the last character of the table.
+/// Start, gap, character, gap ... stop: the start pattern and after it the stop pattern stand at `start` of
+/// the pen's table.
 template <class Pen>
 void lay_out_framed(const Values& values, int start, Pen pen) {
   pen.character_and_gap(start);
   for (int i = 0; i < values.size(); ++i) pen.character_and_gap(values[i]);
   pen.character(start + 1);
+}
+
+/// Draws a symbology of one width, whose start and stop pattern are the last two of `patterns`.
+inline void draw_framed(const Request& request, std::span<const Pattern> patterns, Drawing& drawing) {
+  BarWriter writer(drawing.bars);
+  lay_out_framed(drawing.values, static_cast<int>(patterns.size()) - 2,
+                 PatternPen(writer, patterns, request.gap));
+  writer.finish();
 }
 
 }  // namespace korvex::linear

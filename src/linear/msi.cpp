@@ -56,11 +56,14 @@ Fault append_usual_check_digits(CheckCharacters check, Values& values) {
 
 }  // namespace
 
-Fault construct_msi(const Request& request, Drawing& drawing) {
-  if (const Fault fault = append_usual_check_digits(request.check, drawing.values)) return fault;
+Fault read_msi(const Request& request, Values& values) {
+  if (const Fault fault = read_digits(request, values)) return fault;
+  return append_usual_check_digits(request.check, values);
+}
+
+void construct_msi(const Request& request, Drawing& drawing) {
   append_check_characters(request.rules, drawing.values);
-  lay_out_framed(drawing.values, kStart, PatternPen(drawing.bars, kPatterns, request.gap));
-  return {};
+  draw_framed(request, kPatterns, drawing);
 }
 
 }  // namespace korvex::linear

@@ -83,17 +83,22 @@ struct Fault {
 /// Symbol character values of a symbol, in drawing order.
 class Values {
  public:
-  void push(int value) { values_[static_cast<std::size_t>(size_++)] = static_cast<std::uint8_t>(value); }
+  void push(int value) { values_[static_cast<std::size_t>(size_++)] = static_cast<Value>(value); }
   void add_to_last(int amount) {
-    std::uint8_t& last = values_[static_cast<std::size_t>(size_ - 1)];
-    last = static_cast<std::uint8_t>(last + amount);
+    Value& last = values_[static_cast<std::size_t>(size_ - 1)];
+    last = static_cast<Value>(last + amount);
   }
-  void clear() { size_ = 0; }
+  /// Room for `count` more values, which the caller fills.
+  Value* extend(std::size_t count) {
+    Value* const first = values_.data() + size_;
+    size_ += static_cast<int>(count);
+    return first;
+  }
   int pop() { return values_[static_cast<std::size_t>(--size_)]; }
 
   [[nodiscard]] int size() const { return size_; }
   [[nodiscard]] int operator[](int index) const { return values_[static_cast<std::size_t>(index)]; }
-  [[nodiscard]] std::span<const std::uint8_t> all() const {
+  [[nodiscard]] std::span<const Value> all() const {
     return {values_.data(), static_cast<std::size_t>(size_)};
   }
 
@@ -101,14 +106,14 @@ class Values {
   // At most three a byte (Code 128: FNC4, Shift, the character), and start and check characters.
   static constexpr int kCapacity = 3 * kMaxDataBytes + 8;
   int size_ = 0;
-  std::array<std::uint8_t, kCapacity> values_;  // not cleared: size_ says what is there
+  std::array<Value, kCapacity> values_;  // not cleared: size_ says what is there
 };
 
 /// The symbol as it comes into being. All working state of a call is here.
 struct Drawing {
   Values values;
-  BarWriter bars;
-  BarWriter guards;  ///< stays empty when no guards are asked for or the symbology has none
+  Bars bars;
+  Bars guards;  ///< stays empty when no guards are asked for or the symbology has none
 };
 
 /// Codabar, Code 39 and the 2 of 5 codes: those whose element widths can be chosen.

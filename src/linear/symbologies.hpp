@@ -1,7 +1,7 @@
 // The symbologies, each in two steps.
 //
-// read_... turns the data into symbol character values, or says why it cannot. construct_... adds the check
-// characters to the values and draws all of it; it needs values that the read step accepted.
+// read_... turns the data into symbol character values, or says why it cannot. construct_... adds the
+// check characters that the request's rules ask for and draws all; it needs values that were read.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +41,8 @@ void construct_industrial25(const Request& request, Drawing& drawing);
 void construct_code25_3bar(const Request& request, Drawing& drawing);
 
 // msi.cpp
-Fault construct_msi(const Request& request, Drawing& drawing);
+Fault read_msi(const Request& request, Values& values);
+void construct_msi(const Request& request, Drawing& drawing);
 
 // code11.cpp
 Fault read_code11(const Request& request, Values& values);
@@ -71,6 +72,6 @@ void construct_ean8(const Request& request, Drawing& drawing);
 void construct_upce(const Request& request, Drawing& drawing);
 void construct_addon(const Request& request, Drawing& drawing);
 /// The check digit of the UPC-A number that six UPC-E digits stand for.
-int upce_check_digit(std::span<const std::uint8_t> six_digits);
+int upce_check_digit(std::span<const Value> six_digits);
 
 }  // namespace korvex::linear

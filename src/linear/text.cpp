@@ -1,6 +1,8 @@
 #include "linear/text.hpp"
 
+#include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -34,7 +36,7 @@ void add_sscc18(GroupedText& text, const Values& values) {
 std::string by_value(std::string_view characters, const Values& values) {
   std::string text;
   text.reserve(static_cast<std::size_t>(values.size()));
-  for (const std::uint8_t value : values.all()) text += characters[value];
+  for (const Value value : values.all()) text += characters[value];
   return text;
 }
 
@@ -53,7 +55,7 @@ void add_latin1(std::string& text, int byte) {
 /// Follows the code sets from the start character to before the check character, as a reader does.
 class Code128Text {
  public:
-  std::string read(std::span<const std::uint8_t> values) {
+  std::string read(std::span<const Value> values) {
     text_.reserve(2 * values.size());
     set_ = static_cast<Set>(values.front() - kStartA);
     for (const int value : values.subspan(1, values.size() - 2)) {
@@ -104,10 +106,14 @@ class Code128Text {
   bool upper_once_ = false;
 };
 
-std::string printable(std::span<const std::uint8_t> data) {
+/// The data themselves, without the FNC1 that `separator` stands for.
+std::string printable(std::span<const std::uint8_t> data, std::optional<std::uint8_t> separator = {}) {
+  const auto is_plain = [](std::uint8_t byte) { return byte >= ' ' && byte < 0x7F; };
+  if (std::all_of(data.begin(), data.end(), is_plain)) return {data.begin(), data.end()};
   std::string text;
-  text.reserve(data.size());
-  for (const std::uint8_t byte : data) add_latin1(text, byte);
+  for (const std::uint8_t byte : data) {
+    if (byte != separator) add_latin1(text, byte);
+  }
   return text;
 }
 
@@ -163,20 +169,15 @@ std::string plain_text(const Request& request, const Values& values) {
     case Symbology::addon:
       return by_value(kDigits, values);
     case Symbology::code128:
+      return printable(request.data, request.gs1 ? std::optional(kGroupSeparator) : std::nullopt);
     case Symbology::code128_inband:
     case Symbology::code128_segments:
       return Code128Text().read(values.all());
     case Symbology::code93:
       return printable(request.data);
-    case Symbology::ean13:
-    case Symbology::upca:
-    case Symbology::ean8:
-    case Symbology::upce:
-    case Symbology::sscc18:
-      break;
+    default:  // these have grouped text
+      return {};
   }
-  const GroupedText text = grouped_text(request, values);
-  return {text.characters.data(), static_cast<std::size_t>(text.length)};
 }
 
 }  // namespace korvex::linear

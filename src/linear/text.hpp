@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "linear/request.hpp"
 
@@ -17,15 +18,18 @@ struct GroupedText {
   std::array<std::uint16_t, 5> groups{};
   int group_count = 0;
 
+  [[nodiscard]] std::string_view view() const {
+    return {characters.data(), static_cast<std::size_t>(length)};
+  }
   void add(char character) { characters[static_cast<std::size_t>(length++)] = character; }
 };
 
-/// The text of a drawn EAN-13, UPC-A, EAN-8, UPC-E or SSCC-18 symbol, check digit included. In the korvex32
-/// dialect an EAN-13 that begins with 0 is written as the UPC-A that it is.
+/// The text of a drawn EAN-13, UPC-A, EAN-8, UPC-E or SSCC-18 symbol, check digit included; empty for others.
+/// In the korvex32 dialect an EAN-13 symbol that begins with 0 is written as the UPC-A symbol that it is.
 GroupedText grouped_text(const Request& request, const Values& values);
 
-/// The text of any drawn symbol, in UTF-8: check characters that stand for data characters included, function
-/// characters left out, control characters as blanks.
+/// The text of any other drawn symbol, in UTF-8: check characters that stand for data characters included,
+/// function characters left out, control characters as blanks.
 std::string plain_text(const Request& request, const Values& values);
 
 }  // namespace korvex::linear

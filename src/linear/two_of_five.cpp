@@ -1,5 +1,4 @@
-// The 2 of 5 codes: Interleaved 2 of 5 (ISO/IEC 16390), Industrial 2 of 5, and the code of three bars a
-// digit.
+// The 2 of 5 codes: Interleaved (ISO/IEC 16390), Industrial, and the one with three bars a digit.
 #include <array>
 #include <cstddef>
 
@@ -85,7 +84,7 @@ Fault read_itf(const Request& request, Values& values) {
 void construct_itf(const Request& request, Drawing& drawing) {
   Values& values = drawing.values;
   append_check_characters(request.rules, values);
-  with_pen(request, kItfPairs, drawing.bars, [&](auto pen) {
+  draw_with_pen(request, kItfPairs, drawing.bars, [&](auto pen) {
     pen.character(kItfStart);
     for (int i = 0; i < values.size(); i += 2) pen.character(10 * values[i] + values[i + 1]);
     pen.character(kItfStart + 1);
@@ -94,13 +93,14 @@ void construct_itf(const Request& request, Drawing& drawing) {
 
 void construct_industrial25(const Request& request, Drawing& drawing) {
   append_check_characters(request.rules, drawing.values);
-  with_pen(request, kIndustrial, drawing.bars,
-           [&](auto pen) { lay_out_framed(drawing.values, kStart, pen); });
+  draw_with_pen(request, kIndustrial, drawing.bars,
+                [&](auto pen) { lay_out_framed(drawing.values, kStart, pen); });
 }
 
 void construct_code25_3bar(const Request& request, Drawing& drawing) {
   append_check_characters(request.rules, drawing.values);
-  with_pen(request, kThreeBar, drawing.bars, [&](auto pen) { lay_out_framed(drawing.values, kStart, pen); });
+  draw_with_pen(request, kThreeBar, drawing.bars,
+                [&](auto pen) { lay_out_framed(drawing.values, kStart, pen); });
 }
 
 }  // namespace korvex::linear

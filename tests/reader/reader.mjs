@@ -36,12 +36,12 @@ export function draw(symbology, data, options = [], format = 'png') {
   return new Promise((resolve, reject) => {
     const child = execFile(
       korvex,
-      ['draw', symbology, ...options, '-o', '-', '--format', format],
+      ['draw', symbology, '--hex', ...options, '-o', '-', '--format', format],
       { encoding: 'buffer', maxBuffer: 1 << 26 },
       (error, file, message) => (error ? reject(new Error(`${symbology}: ${message}`)) : resolve(file)),
     );
     child.stdin.on('error', () => {}); // a refused option closes the pipe early; the exit status tells
-    child.stdin.end(Buffer.from(data, 'latin1'));
+    child.stdin.end(Buffer.from(data, 'latin1').toString('hex'));
   });
 }
 

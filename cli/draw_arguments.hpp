@@ -1,0 +1,33 @@
+// The command line of `korvex draw`.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "options.hpp"
+#include "symbologies.hpp"
+
+namespace korvex::cli {
+
+/// What a command line says, as it stands there; empty texts were not given.
+struct DrawArguments {
+  const Symbology* symbology = nullptr;
+  OptionValues options;  ///< of the symbology's own options
+  std::optional<std::string> data;
+  std::string data_file;
+  bool is_hexadecimal = false;
+  std::vector<std::string> outputs;
+  std::string format;
+  std::string module;
+  std::string dots_per_inch;
+  std::string quiet_zone;
+  std::string foreground = "black";
+  std::string background = "white";
+  bool is_verbose = false;
+};
+
+/// Nothing: help was asked for and printed. Throws UsageError.
+std::optional<DrawArguments> parse_draw_arguments(const std::vector<std::string>& arguments);
+
+}  // namespace korvex::cli

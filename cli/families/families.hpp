@@ -1,0 +1,13 @@
+// The families' lists of symbologies, a function each.
+#pragma once
+
+#include <vector>
+
+#include "symbologies.hpp"
+
+namespace korvex::cli::families {
+
+std::vector<Symbology> linear();
+std::vector<Symbology> veri();
+
+}  // namespace korvex::cli::families

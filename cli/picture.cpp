@@ -1,0 +1,59 @@
+#include "picture.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace korvex::cli {
+namespace {
+
+constexpr double kTextMargin = 1;    // light modules beyond a text, for round digits reach past their height
+constexpr double kDescender = 0.35;  // of the height of a digit, and what some parentheses reach down to
+
+double room_below(const Text& text) {
+  const bool flat = std::ranges::all_of(
+      text.characters, [](char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z' && c != 'Q'); });
+  return kTextMargin + (flat ? 0 : kDescender * text.box.height);
+}
+
+}  // namespace
+
+std::vector<Box> dark_boxes(const Picture& picture) {
+  const ModuleMatrix& modules = picture.modules;
+  std::vector<Box> boxes;
+  double top = 0;
+  for (int row = 0; row < modules.rows(); ++row) {
+    const double height = picture.row_heights[static_cast<std::size_t>(row)];
+    const bool may_be_long = picture.long_bars && row + 1 == modules.rows();
+    for (int column = 0; column < modules.columns(); ++column) {
+      if (!modules.dark(row, column)) continue;
+      const int first = column;
+      while (column < modules.columns() && modules.dark(row, column)) ++column;
+      const bool is_long = may_be_long && picture.long_bars->modules.dark(0, first);
+      boxes.push_back({static_cast<double>(first), top, static_cast<double>(column - first),
+                       height + (is_long ? picture.long_bars->extra : 0)});
+    }
+    top += height;
+  }
+  return boxes;
+}
+
+Box bounds(const Picture& picture) {
+  const double height = std::accumulate(picture.row_heights.begin(), picture.row_heights.end(), 0.0) +
+                        (picture.long_bars ? picture.long_bars->extra : 0);
+  double left = -picture.quiet_zone.left;
+  double top = -picture.quiet_zone.top;
+  double right = picture.modules.columns() + picture.quiet_zone.right;
+  double bottom = height + picture.quiet_zone.bottom;
+  for (const Text& text : picture.texts) {
+    left = std::min(left, text.box.left);
+    right = std::max(right, text.box.right());
+    top = std::min(top, text.box.top - kTextMargin - picture.quiet_zone.top);
+    bottom = std::max(bottom, text.box.bottom() + room_below(text) + picture.quiet_zone.bottom);
+  }
+  left = std::floor(left);
+  top = std::floor(top);
+  return {left, top, std::ceil(right) - left, std::ceil(bottom) - top};
+}
+
+}  // namespace korvex::cli

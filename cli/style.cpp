@@ -1,0 +1,34 @@
+#include "style.hpp"
+
+#include <charconv>
+#include <cstdio>
+
+#include "failure.hpp"
+#include "words.hpp"
+
+namespace korvex::cli {
+
+std::string Color::hexadecimal() const {
+  char text[8];
+  std::snprintf(text, sizeof text, "#%02x%02x%02x", red, green, blue);
+  return text;
+}
+
+std::optional<Color> parse_color(std::string_view option_name, std::string_view text,
+                                 bool may_be_transparent) {
+  if (text == "transparent" && may_be_transparent) return std::nullopt;
+  if (text == "black") return Color{0, 0, 0};
+  if (text == "white") return Color{255, 255, 255};
+  std::uint32_t rgb = 0;
+  const std::string_view digits = text.starts_with('#') ? text.substr(1) : text;
+  const auto [stop, error] = std::from_chars(digits.data(), digits.data() + digits.size(), rgb, 16);
+  if (digits.size() != 6 || error != std::errc() || stop != digits.data() + digits.size()) {
+    throw UsageError(std::string(option_name) + " is a colour as in '#1a2b3c', black" +
+                     (may_be_transparent ? ", white or transparent" : " or white") + ", not \"" +
+                     printable(text) + "\".");
+  }
+  return Color{static_cast<std::uint8_t>(rgb >> 16), static_cast<std::uint8_t>(rgb >> 8),
+               static_cast<std::uint8_t>(rgb)};
+}
+
+}  // namespace korvex::cli

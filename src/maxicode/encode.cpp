@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <string>
+
+#include "maxicode/request.hpp"
+
+namespace korvex::maxicode {
+namespace {
+
+constexpr int kSeriesHeader = 33;  // then position and total, three bits each
+constexpr char kHeaderSet = '\0';  // the header stands in no code set
+
+std::string quoted(std::string_view text) {
+  return '"' + std::string(text) + '"';
+}
+
+Error bad(Code code, std::string message) {
+  return {code, std::move(message)};
+}
+
+std::optional<Error> out_of_range(const char* what, int given, int lowest, int highest) {
+  if (given >= lowest && given <= highest) return std::nullopt;
+  return bad(Code::bad_parameter, std::string(what) + " is " + std::to_string(given) + ", allowed are " +
+                                      std::to_string(lowest) + " to " + std::to_string(highest));
+}
+
+bool is_digit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+std::optional<Error> check_postal_code(const Options& options) {
+  const std::string_view code = options.postal_code;
+  if (options.mode == Mode::carrier_numeric) {
+    if (!code.empty() && code.size() <= 9 && std::ranges::all_of(code, is_digit)) return std::nullopt;
+    return bad(Code::bad_data, "the postal code is " + quoted(code) + ", mode 2 takes one of 1 to 9 digits");
+  }
+  const auto allowed = [](char character) {
+    return is_digit(character) || (character >= 'A' && character <= 'Z') || character == ' ';
+  };
+  if (code.size() == 6 && std::ranges::all_of(code, allowed)) return std::nullopt;
+  return bad(Code::bad_data,
+             "the postal code is " + quoted(code) +
+                 ", mode 3 takes one of exactly 6 characters: capital letters, digits and spaces");
+}
+
+std::optional<Error> check(const Options& options, std::span<const std::uint8_t> message) {
+  const bool carrier = options.mode == Mode::carrier_numeric || options.mode == Mode::carrier_alphanumeric;
+  if (!carrier && options.mode != Mode::standard && options.mode != Mode::reader_programming) {
+    return bad(Code::bad_parameter,
+               "the mode is " + std::to_string(static_cast<int>(options.mode)) + ", there are 2, 3, 4 and 6");
+  }
+  if (auto error = out_of_range("the number of symbols", options.total, 1, 8)) return error;
+  if (auto error = out_of_range("the position in the series", options.position, 1, options.total))
+    return error;
+  if (carrier) {
+    if (auto error = out_of_range("the country code", options.country_code, 1, 999)) return error;
+    if (auto error = out_of_range("the class of service", options.service_class, 1, 999)) return error;
+    if (auto error = check_postal_code(options)) return error;
+  }
+  const auto zero = std::ranges::find(message, std::uint8_t{0});
+  if (zero != message.end()) {
+    return bad(Code::bad_data, "byte 0x00 at position " + std::to_string(zero - message.begin() + 1) +
+                                   " cannot be encoded, bytes 1 to 255 can");
+  }
+  return std::nullopt;
+}
+
+Request request_of(const Options& options, std::span<const std::uint8_t> message) {
+  Request request;
+  request.mode = options.mode;
+  request.dialect = options.dialect;
+  request.country_code = options.country_code;
+  request.service_class = options.service_class;
+  request.position = options.position;
+  request.total = options.total;
+  request.message = message;
+  const std::string_view code = options.postal_code;
+  request.postal_characters = {reinterpret_cast<const std::uint8_t*>(code.data()), code.size()};
+  request.postal_length = static_cast<int>(code.size());
+  std::from_chars(code.data(), code.data() + code.size(), request.postal_number);
+  return request;
+}
+
+std::string code_sets(const Codewords& message) {
+  std::string sets;
+  sets.reserve(static_cast<std::size_t>(message.count()));
+  for (int i = 0; i < message.count(); ++i) {
+    if (message.set(i) != kHeaderSet) sets += message.set(i);
+  }
+  return sets;
+}
+
+}  // namespace
+
+Codewords message_codewords(const Request& request) {
+  Codewords codewords(request.capacity());
+  if (request.total > 1) {
+    codewords.put(kSeriesHeader, kHeaderSet);
+    codewords.put((request.position - 1) << 3 | (request.total - 1), kHeaderSet);
+  }
+  append_message(request.message, request.dialect, codewords);
+  return codewords;
+}
+
+AllCodewords all_codewords(const Request& request, const Codewords& message) {
+  AllCodewords all = data_codewords(request, message);
+  add_check_codewords(all);
+  return all;
+}
+
+Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> message) {
+  if (auto error = check(options, message)) return *std::move(error);
+  const Request request = request_of(options, message);
+  const Codewords codewords = message_codewords(request);
+  if (codewords.overflowed()) {
+    return bad(Code::no_symbol, "the message of " + std::to_string(message.size()) +
+                                    " bytes takes more than the " + std::to_string(request.capacity()) +
+                                    " codewords that mode " + std::to_string(static_cast<int>(options.mode)) +
+                                    " holds" +
+                                    (options.total > 1 ? ", two of them for the series header" : ""));
+  }
+  Symbol symbol;
+  symbol.codewords = all_codewords(request, codewords);
+  symbol.modules = construct(symbol.codewords);
+  symbol.code_sets = code_sets(codewords);
+  return symbol;
+}
+
+Result<Symbol> encode(const Options& options, std::string_view message) {
+  return encode(options, std::span(reinterpret_cast<const std::uint8_t*>(message.data()), message.size()));
+}
+
+}  // namespace korvex::maxicode
