@@ -27,7 +27,6 @@ constexpr int kCcBLeftPad = 10;
 constexpr int kCharacterElements = 14;
 constexpr int kSubsetElements = kCharacterElements / 2;
 constexpr int kMostSubsetModules = 19;
-constexpr int kWidest = 8;
 constexpr auto kWeights = powers_of_3<2 * kCharacterElements>(kLimitedCheckCharacters.size());
 
 /// Ways of dividing modules, of any number of elements up to a subset's and any number of modules, by the

@@ -5,8 +5,8 @@
 #include "korvex/korvex32.h"
 #include "linear/entry.hpp"
 #include "maxicode/entry.hpp"
-#include "veri/entry.hpp"
 #include "pdf417/entry.hpp"
+#include "veri/entry.hpp"
 
 namespace {
 
