@@ -38,7 +38,8 @@ void Output::write(std::string_view text) {
 void Output::flush() {
   std::string_view rest = waiting_;
   while (!rest.empty() && error_ == 0) {
-    const auto written = ::write(descriptor_, rest.data(), std::min(rest.size(), kMostAtOnce));
+    const auto written =
+        ::write(descriptor_, rest.data(), static_cast<unsigned>(std::min(rest.size(), kMostAtOnce)));
     if (written >= 0) {
       rest.remove_prefix(static_cast<std::size_t>(written));
     } else if (errno != EINTR) {
@@ -51,7 +52,7 @@ void Output::flush() {
 bool LineReader::refill() {
   output_.flush();
   for (;;) {
-    const auto count = read(descriptor_, chunk_.data(), chunk_.size());
+    const auto count = read(descriptor_, chunk_.data(), static_cast<unsigned>(chunk_.size()));
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) error_ = errno;
     begin_ = 0;

@@ -7,7 +7,9 @@
 
 namespace korvex::cli::families {
 
+std::vector<Symbology> composite();
 std::vector<Symbology> linear();
+std::vector<Symbology> pdf417();
 std::vector<Symbology> veri();
 
 }  // namespace korvex::cli::families

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "korvex/composite.hpp"
+#include "korvex/datamatrix.hpp"
 #include "korvex/linear.hpp"
 #include "korvex/maxicode.hpp"
 #include "korvex/module_matrix.hpp"
 #include "korvex/pdf417.hpp"
+#include "korvex/qr.hpp"
 #include "korvex/result.hpp"
 #include "korvex/veri.hpp"

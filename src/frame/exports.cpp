@@ -2,10 +2,12 @@
 #include <cstdint>
 
 #include "composite/entry.hpp"
+#include "datamatrix/entry.hpp"
 #include "korvex/korvex32.h"
 #include "linear/entry.hpp"
 #include "maxicode/entry.hpp"
 #include "pdf417/entry.hpp"
+#include "qr/entry.hpp"
 #include "veri/entry.hpp"
 
 namespace {
@@ -31,8 +33,8 @@ int16_t KORVEX_CALL Korvex_Bit_x64(uint16_t type, uint16_t guard_option, uint16_
   return Korvex_Bit(type, guard_option, text_option, ratio, data, result);
 }
 
-int16_t KORVEX_CALL QR_Encode(Korvex_Device_Context, QR_Params*, Symbol_Size*) {
-  return KORVEX_NO_SYMBOL;
+int16_t KORVEX_CALL QR_Encode(Korvex_Device_Context device, QR_Params* params, Symbol_Size* size) {
+  return guarded([&] { return korvex::qr::entry(device, params, size); });
 }
 int16_t KORVEX_CALL QR_Encode_x64(Korvex_Device_Context device, QR_Params* params, Symbol_Size* size) {
   return QR_Encode(device, params, size);
@@ -46,8 +48,8 @@ int16_t KORVEX_CALL PDF_Encode_x64(Korvex_Device_Context device, const PDF_Param
   return PDF_Encode(device, params, size);
 }
 
-int16_t KORVEX_CALL DATA_Encode(Korvex_Device_Context, const DATA_Params*, Symbol_Size*) {
-  return KORVEX_NO_SYMBOL;
+int16_t KORVEX_CALL DATA_Encode(Korvex_Device_Context device, const DATA_Params* params, Symbol_Size* size) {
+  return guarded([&] { return korvex::datamatrix::entry(device, params, size); });
 }
 int16_t KORVEX_CALL DATA_Encode_x64(Korvex_Device_Context device, const DATA_Params* params,
                                     Symbol_Size* size) {

@@ -57,9 +57,9 @@ std::optional<Error> check_micro(const Options& options) {
                       " columns; with ", number(columns), " columns go ", rows_of_micro(columns),
                       " rows, and 0 leaves the choice."});
   }
-  return parameter({"MicroPDF417 does not have ", number(rows), " rows: with 1 column go ", rows_of_micro(1),
-                    ", with 2 ", rows_of_micro(2), ", with 3 ", rows_of_micro(3), ", with 4 ",
-                    rows_of_micro(4), ", and 0 leaves the choice."});
+  return parameter({"MicroPDF417 does not have ", number(rows), " rows; there are ", rows_of_micro(1),
+                    " with 1 column, ", rows_of_micro(2), " with 2 columns, ", rows_of_micro(3), " with 3, ",
+                    rows_of_micro(4), " with 4, and 0 leaves the choice."});
 }
 
 }  // namespace

@@ -50,10 +50,15 @@ constexpr auto kShares = [] {
   constexpr std::size_t kDataBytes = kBlockBytes - CheckBytes;
   std::array<std::array<std::array<std::uint8_t, CheckBytes>, 256>, kDataBytes> shares{};
   for (std::size_t place = 0; place < kDataBytes; ++place) {
-    for (std::size_t byte = 0; byte < 256; ++byte) {
+    for (std::size_t bit = 1; bit < 256; bit *= 2) {
       std::array<std::uint8_t, kDataBytes> alone{};
-      alone[place] = static_cast<std::uint8_t>(byte);
-      shares[place][byte] = check_bytes<CheckBytes>(alone);
+      alone[place] = static_cast<std::uint8_t>(bit);
+      const auto share = check_bytes<CheckBytes>(alone);
+      for (std::size_t lower = 0; lower < bit; ++lower) {
+        for (std::size_t k = 0; k < share.size(); ++k) {
+          shares[place][bit + lower][k] = shares[place][lower][k] ^ share[k];
+        }
+      }
     }
   }
   return shares;

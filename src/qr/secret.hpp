@@ -1,0 +1,37 @@
+// Values that leave no trace in memory.
+#pragma once
+
+#include <cstring>
+#include <type_traits>
+#include <utility>
+
+namespace korvex::qr {
+
+/// Overwrites `bytes` bytes. The compiler must take it that somebody reads the zeros, so it cannot drop the
+/// writing.
+inline void wipe(void* place, std::size_t bytes) {
+  std::memset(place, 0, bytes);
+  asm volatile("" : : "r"(place) : "memory");
+}
+
+/// Holds a key, or what follows from one, and wipes it at the end of its life.
+template <class T>
+class Secret {
+  static_assert(std::is_trivially_copyable_v<T>);
+
+ public:
+  Secret() = default;  // the value is not initialised
+  explicit Secret(const T& value) : value_(value) {}
+  ~Secret() { wipe(&value_, sizeof value_); }
+  Secret(const Secret&) = delete;
+  Secret& operator=(const Secret&) = delete;
+
+  T& operator*() { return value_; }
+  const T& operator*() const { return value_; }
+  T* operator->() { return &value_; }
+
+ private:
+  T value_;
+};
+
+}  // namespace korvex::qr

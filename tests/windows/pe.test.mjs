@@ -1,0 +1,55 @@
+// What KORVEX32.dll offers and asks for, read from the file itself.
+import assert from 'node:assert/strict';
+import { existsSync, readFileSync } from 'node:fs';
+import { test } from 'node:test';
+import { PeFile } from './pe.mjs';
+import { project } from './run.mjs';
+
+const exportNames = ['CC_Encode', 'CC_Encode_x64', 'DATA_Encode', 'DATA_Encode_x64', 'Korvex_Bit', 'Korvex_Bit_x64',
+                     'MAXI_Encode', 'MAXI_Encode_x64', 'PDF_Encode', 'PDF_Encode_x64', 'QR_Encode', 'QR_Encode_x64',
+                     'VERI_Encode'];
+const gdiNames = ['BitBlt', 'CreateBitmap', 'CreateCompatibleDC', 'DeleteDC', 'DeleteObject', 'SelectObject', 'SetPixel'];
+
+const dynamicBase = 0x40;
+const noExecution = 0x100;  // of data
+const executable = 0x20000000;
+const writable = 0x80000000;
+
+const header = readFileSync(project('include/korvex/korvex32.h'), 'latin1');
+const version = ['MAJOR', 'MINOR', 'PATCH'].map((part) => header.match(`KORVEX_VERSION_${part} (\\d+)`)[1]).join('.');
+
+const builds = [
+  { bits: 32, preset: 'windows', machine: 0x14c },
+  { bits: 64, preset: 'windows64', machine: 0x8664 },
+];
+for (const { bits, preset, machine } of builds) {
+  const path = project('build', preset, 'bin/KORVEX32.dll');
+  const options = { skip: !existsSync(path) && `there is no build of the preset ${preset}` };
+
+  test(`the ${bits}-bit DLL exports exactly the thirteen names, undecorated`, options, () => {
+    const dll = new PeFile(path);
+    assert.equal(dll.machine, machine);
+    assert.deepEqual(dll.exports(), { names: exportNames, functions: exportNames.length });
+  });
+
+  test(`the ${bits}-bit DLL imports from system DLLs only, and of GDI what it paints with`, options, () => {
+    const imports = new PeFile(path).imports();
+    assert.deepEqual([...imports.keys()].sort(), ['GDI32.DLL', 'KERNEL32.DLL', 'MSVCRT.DLL']);
+    assert.deepEqual([...imports.get('GDI32.DLL')].sort(), gdiNames);
+  });
+
+  test(`the ${bits}-bit DLL moves in memory and has nothing that is both writable and executable`, options, () => {
+    const dll = new PeFile(path);
+    assert.equal(dll.dllCharacteristics & (dynamicBase | noExecution), dynamicBase | noExecution);
+    const names = (flags) => dll.sections.filter((one) => (one.flags & flags) >>> 0 === flags).map(({ name }) => name);
+    assert.deepEqual(names(executable), ['.text']);
+    assert.deepEqual(names((executable | writable) >>> 0), []);
+    assert.ok(dll.sections.some(({ name, size }) => name === '.reloc' && size > 0), 'without relocations it cannot move');
+  });
+
+  test(`the ${bits}-bit DLL says which version it is`, options, () => {
+    const dll = new PeFile(path);
+    assert.equal(dll.versionString('FileVersion'), version);
+    assert.equal(dll.versionString('OriginalFilename'), 'KORVEX32.dll');
+  });
+}
