@@ -23,7 +23,7 @@ struct Canvas {
 /// stays light: it comes with the mask.
 void draw_function_patterns(SymbolType type, int version, Canvas& canvas);
 
-/// Draws the codewords of `sequence` into the data area; the modules that it leaves over stay light.
+/// Draws the codewords of `sequence`, and as many of the zeros behind them as it takes, into the data area.
 void place_codewords(const CodewordBuffer& sequence, Canvas& canvas);
 
 /// Model 1's block layout in place of the two-column strips of all others.

@@ -17,9 +17,10 @@ struct Stream {
   StreamSize size;
 };
 
-/// Room for all codewords of the largest symbol; what is read or written past them in whole words has room
-/// too.
-using CodewordBuffer = std::array<std::uint8_t, kMostCodewords + 16>;
+/// Room for all codewords of the largest symbol, and behind them for the zeros that fill what modules are
+/// left over and that whole words may be read from.
+inline constexpr int kZerosBehindSequence = 8;
+using CodewordBuffer = std::array<std::uint8_t, kMostCodewords + kZerosBehindSequence>;
 
 /// Writes the data codewords of a symbol of `version`, which holds the streams: segments, terminator, private
 /// segment if `private_stream` is not null, pad codewords. The short last codeword of M1 and M3 stands in the

@@ -96,6 +96,7 @@ void write_micro(const Capacity& symbol, bool short_last_codeword, Dialect diale
 void write_sequence(SymbolType type, int version, Level level, Dialect dialect, const CodewordBuffer& data,
                     CodewordBuffer& sequence) {
   const Capacity symbol = capacity(type, version, level);
+  std::fill_n(&sequence[static_cast<std::size_t>(symbol.total_codewords)], kZerosBehindSequence, 0);
   if (type == SymbolType::model1) return write_in_order(symbol, data, sequence);
   if (type == SymbolType::micro) {
     return write_micro(symbol, has_short_last_codeword(type, version), dialect, data, sequence);

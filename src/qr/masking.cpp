@@ -160,10 +160,13 @@ MaskedSymbol best_of_eight(const Canvas& canvas, Level level) {
   std::array<Score, 3> kept;
   kept.fill({-1, kNone});
   for (int mask = 0; mask < 8; ++mask) {
-    Score entry{mask, kMostFirst - 3 * squares[static_cast<std::size_t>(mask)]};
-    for (Score& place : kept) {  // equal scores rank by mask number
-      if (entry.score > place.score) std::swap(entry, place);
-    }
+    const Score entry{mask, kMostFirst - 3 * squares[static_cast<std::size_t>(mask)]};
+    // Among equals the lower mask number ranks first.
+    const auto place =
+        std::ranges::find_if(kept, [&](const Score& other) { return entry.score > other.score; });
+    if (place == kept.end()) continue;
+    std::move_backward(place, kept.end() - 1, kept.end());
+    *place = entry;
   }
 
   MaskedGrid<Word, kWords> grid(canvas.columns);

@@ -36,7 +36,7 @@ constexpr std::uint64_t reversed(std::uint64_t bits) {
   return bits >> 32 | bits << 32;
 }
 
-/// The bits of a codeword sequence, most significant first. Past the end come whatever bytes stand there.
+/// The bits of a codeword sequence, most significant first.
 class SequenceReader {
  public:
   explicit SequenceReader(const CodewordBuffer& sequence) : bytes_(sequence.data()) {}
