@@ -109,7 +109,8 @@ TEST(QrConstruction, AlignmentPatternsStandWhereTheStandardHasThem) {
         for (int i = -2; i <= 2; ++i) {
           for (int j = -2; j <= 2; ++j) {
             const bool ring = std::max(std::abs(i), std::abs(j)) == 1;
-            EXPECT_EQ(bit(canvas.dark, row + i, column + j), !ring) << version << ": " << row << ", " << column;
+            EXPECT_EQ(bit(canvas.dark, row + i, column + j), !ring)
+                << version << ": " << row << ", " << column;
             EXPECT_FALSE(bit(canvas.data_area, row + i, column + j));
           }
         }
@@ -118,7 +119,8 @@ TEST(QrConstruction, AlignmentPatternsStandWhereTheStandardHasThem) {
   }
 }
 
-// What is no data area nowhere else: the standard's counts of data modules, and of those that codewords leave over.
+// What is no data area nowhere else: the standard's counts of data modules, and of those that codewords leave
+// over.
 TEST(QrConstruction, DataAreaHoldsTheCodewordsAndTheRemainder) {
   const auto remainder = [](SymbolType type, int version) {
     if (type == SymbolType::micro) return 0;
@@ -133,7 +135,8 @@ TEST(QrConstruction, DataAreaHoldsTheCodewordsAndTheRemainder) {
       draw_function_patterns(type, version, canvas);
       int modules = 0;
       for (int row = 0; row < canvas.rows; ++row) {
-        for (int column = 0; column < canvas.columns; ++column) modules += bit(canvas.data_area, row, column) ? 1 : 0;
+        for (int column = 0; column < canvas.columns; ++column)
+          modules += bit(canvas.data_area, row, column) ? 1 : 0;
       }
       const int total = 8 * capacity(type, version, Level::low).total_codewords;
       EXPECT_EQ(modules, total - (has_short_last_codeword(type, version) ? 4 : 0) + remainder(type, version))
@@ -153,7 +156,8 @@ ModuleMatrix placed_module_by_module(const Canvas& patterns, const CodewordBuffe
       const int row = upward ? patterns.rows - 1 - i : i;
       for (const int column : {right, right - 1}) {
         if (!bit(patterns.data_area, row, column) || next == total_bits) continue;
-        result.set_dark(row, column, (sequence[static_cast<std::size_t>(next / 8)] >> (7 - next % 8) & 1) != 0);
+        result.set_dark(row, column,
+                        (sequence[static_cast<std::size_t>(next / 8)] >> (7 - next % 8) & 1) != 0);
         ++next;
       }
     }
@@ -189,7 +193,8 @@ TEST(QrConstruction, CodewordsStandInStripsOfTwoColumns) {
   }
 }
 
-// ISO/IEC 18004:2015, Annex C (format information 101001101110111 before masking of level M, mask 5 ...) and Annex D.
+// ISO/IEC 18004:2015, Annex C (format information 101001101110111 before masking of level M, mask 5 ...) and
+// Annex D.
 TEST(QrConstruction, FormatAndVersionInformation) {
   EXPECT_EQ(format_information(SymbolType::model2, Level::medium, 5), 0b100000011001110U);  // Annex C.2
   EXPECT_EQ(format_information(SymbolType::model2, Level::low, 0), 0x77C4U);                // Table C.1
@@ -197,7 +202,7 @@ TEST(QrConstruction, FormatAndVersionInformation) {
   EXPECT_EQ(format_information(SymbolType::model1, Level::medium, 0), 0x2825U);
   EXPECT_EQ(micro_format_information(1, Level::low, 0), 0x4445U);
   EXPECT_EQ(micro_format_information(4, Level::quartile, 3), 0x3BBAU);
-  EXPECT_EQ(version_information(7), 0x07C94U);   // Table D.1
+  EXPECT_EQ(version_information(7), 0x07C94U);  // Table D.1
   EXPECT_EQ(version_information(40), 0x28C69U);
   EXPECT_EQ(rmqr_format_information(1, Level::medium, false), 0x1FAB2U);
   EXPECT_EQ(rmqr_format_information(1, Level::medium, true), 0x20A7BU);

@@ -22,7 +22,8 @@ Bytes sequence_of(SymbolType type, int version, Level level, const Bytes& data,
   return {out.begin(), end};
 }
 
-/// Sum of coefficient * place^exponent in GF(256) modulo 0x11D, the first coefficient with the highest exponent.
+/// Sum of coefficient * place^exponent in GF(256) modulo 0x11D, the first coefficient with the highest
+/// exponent.
 unsigned evaluate(const Bytes& coefficients, unsigned place) {
   unsigned value = 0;
   for (const std::uint8_t coefficient : coefficients) {
@@ -46,8 +47,8 @@ void expect_valid_block(const Bytes& block, int check_codewords) {
   }
 }
 
-// Takes every sequence apart as a reader does: the n-th codeword of each block in turn, short blocks passed over where
-// they have ended; Model 1 block after block. All data must come back and all blocks be valid.
+// Takes every sequence apart as a reader does: the n-th codeword of each block in turn, short blocks passed
+// over where they have ended; Model 1 block after block. All data must come back and all blocks be valid.
 TEST(QrErrorCorrection, EverySymbolTakesApartIntoValidBlocks) {
   std::mt19937 random(20);
   test::for_each_symbol([&](SymbolType type, int version, Level level) {
@@ -95,13 +96,12 @@ TEST(QrErrorCorrection, EverySymbolTakesApartIntoValidBlocks) {
 
 // ISO/IEC 18004, Annex I: 01234567 as M2-L.
 TEST(QrErrorCorrection, MatchesTheWorkedExampleForM2) {
-  const Bytes sequence =
-      sequence_of(SymbolType::micro, 2, Level::low, test::from_hex("40 18 AC C3 00"));
+  const Bytes sequence = sequence_of(SymbolType::micro, 2, Level::low, test::from_hex("40 18 AC C3 00"));
   EXPECT_EQ(test::to_hex(sequence), "40 18 AC C3 00 86 0D 22 AE 30");
 }
 
-// In M1 and M3 the check codewords start in the middle of a byte. The standard divides the last data codeword as a number
-// of 0 to 15, the old dialect as the high half of a byte.
+// In M1 and M3 the check codewords start in the middle of a byte. The standard divides the last data codeword
+// as a number of 0 to 15, the old dialect as the high half of a byte.
 TEST(QrErrorCorrection, ShortLastCodewordByDialect) {
   const struct {
     int version;

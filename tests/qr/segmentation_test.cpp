@@ -45,9 +45,11 @@ TEST(QrSegmentation, MergesRunsWhereThatSavesBits) {
       {"a1A", "B3", "36 against 20 + 18 + 19"},
       {"a123456789A", "B1 N9 A1", "100 against 20 + 44 + 19, and 68 for the last two against 63"},
       {"1234567890a1234567890", "N10 B1 N10", "180 against 48 + 20 + 48"},
-      {"aA1BCDEFGHIJKL", "B1 A13", "A1 waits for the capitals: 20 + 85 against 36 + 74 when it joins the byte"},
+      {"aA1BCDEFGHIJKL", "B1 A13",
+       "A1 waits for the capitals: 20 + 85 against 36 + 74 when it joins the byte"},
   };
-  for (const auto& [data, segments, why] : cases) EXPECT_EQ(split({}, bytes(data)), segments) << data << ": " << why;
+  for (const auto& [data, segments, why] : cases)
+    EXPECT_EQ(split({}, bytes(data)), segments) << data << ": " << why;
 }
 
 TEST(QrSegmentation, TellsKanjiFromBytes) {
@@ -55,18 +57,27 @@ TEST(QrSegmentation, TellsKanjiFromBytes) {
     const char* data;
     const char* segments;
   } cases[] = {
-      {"88 9F", "K2"},        {"88 9F 93 5F", "K4"}, {"EB BF", "K2"},           // the last pair
-      {"EB C0", "B2"},        {"88", "B1"},          {"88 7F", "B2"},           // no trail byte
-      {"88 3F", "B2"},        {"88 FD", "B2"},       {"80 9F", "B2"},           // 0x80 leads nothing
-      {"A0 40", "B2"},        {"DF 88 9F", "B3"},    {"E0 40 EA FC", "K4"},     // half-width katakana are bytes
-      {"88 9F 61", "B3"},     {"81 40 81 40 81 40 81 40 61", "B9"},  // 84 against 64 + 20
-      {"81 40 81 40 81 40 81 40 81 40 61", "K10 B1"},                            // 100 against 77 + 20
+      {"88 9F", "K2"},
+      {"88 9F 93 5F", "K4"},
+      {"EB BF", "K2"},  // the last pair
+      {"EB C0", "B2"},
+      {"88", "B1"},
+      {"88 7F", "B2"},  // no trail byte
+      {"88 3F", "B2"},
+      {"88 FD", "B2"},
+      {"80 9F", "B2"},  // 0x80 leads nothing
+      {"A0 40", "B2"},
+      {"DF 88 9F", "B3"},
+      {"E0 40 EA FC", "K4"},  // half-width katakana are bytes
+      {"88 9F 61", "B3"},
+      {"81 40 81 40 81 40 81 40 61", "B9"},            // 84 against 64 + 20
+      {"81 40 81 40 81 40 81 40 81 40 61", "K10 B1"},  // 100 against 77 + 20
   };
   for (const auto& [data, segments] : cases) EXPECT_EQ(split({}, from_hex(data)), segments) << data;
 }
 
-// Six digits between letters are worth 34 bits and a second byte header of 12 in small versions, for 48 bits as bytes;
-// from version 10 on they would take 36 and 20.
+// Six digits between letters are worth 34 bits and a second byte header of 12 in small versions, for 48 bits
+// as bytes; from version 10 on they would take 36 and 20.
 TEST(QrSegmentation, SplitsAgainForTheVersionThatTheDataNeeds) {
   const std::string tail = "abc" + repeated("x", 60) + "123456" + repeated("y", 60);
   Options options{.level = Level::high};
@@ -76,14 +87,15 @@ TEST(QrSegmentation, SplitsAgainForTheVersionThatTheDataNeeds) {
   EXPECT_EQ(large, "B429");
 }
 
-// M1 has digits alone, so letters start from M2's indicators; where nothing fits the estimate goes to the largest.
+// M1 has digits alone, so letters start from M2's indicators; where nothing fits the estimate goes to the
+// largest.
 TEST(QrSegmentation, EstimatesSmallSymbolsByTheirOwnIndicators) {
   const auto micro = [](std::string_view data, Level level) {
     return split({.type = SymbolType::micro, .level = level}, bytes(data));
   };
   EXPECT_EQ(micro("12345", Level::low), "N5");
-  EXPECT_EQ(micro("12A", Level::low), "A3");       // M2: 21 bits against 12 + 10
-  EXPECT_EQ(micro("12345A", Level::low), "N5 A1");  // 37 against 22 + 10
+  EXPECT_EQ(micro("12A", Level::low), "A3");                                    // M2: 21 bits against 12 + 10
+  EXPECT_EQ(micro("12345A", Level::low), "N5 A1");                              // 37 against 22 + 10
   EXPECT_EQ(micro("123456789012345678901234567890abc", Level::low), "N30 B3");  // fits nowhere
   const auto rmqr = [](std::string_view data, int rows) {
     return split({.type = SymbolType::rmqr, .rmqr_rows = rows}, bytes(data));

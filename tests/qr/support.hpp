@@ -72,8 +72,8 @@ void for_each_symbol(Visit visit) {
     for (int version = 1; version <= version_count(type); ++version) {
       for (const Level level : {Level::low, Level::medium, Level::quartile, Level::high}) {
         if (capacity(type, version, level).data_codewords == 0) continue;
-        SCOPED_TRACE("type " + std::to_string(static_cast<int>(type)) + ", version " + version_name(type, version) +
-                     ", level " + std::to_string(static_cast<int>(level)));
+        SCOPED_TRACE("type " + std::to_string(static_cast<int>(type)) + ", version " +
+                     version_name(type, version) + ", level " + std::to_string(static_cast<int>(level)));
         visit(type, version, level);
       }
     }
