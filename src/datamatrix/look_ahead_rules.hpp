@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "datamatrix/characters.hpp"
 
@@ -110,6 +111,16 @@ constexpr Verdict verdict(const Counts& n) {
     return c40 < x12 ? Verdict::c40 : Verdict::c40_or_x12;
   }
   return Verdict::none;
+}
+
+/// The first of the positions begin to end - 1 at which a rule holds, or `end`, which is not before `begin`.
+/// Counts are the sums there with the offsets.
+inline int first_decision(std::span<const Counts> sums, int begin, int end, const Counts& offsets) {
+  for (int position = begin; position < end; ++position) {
+    const Counts counts = sums[static_cast<std::size_t>(position)] + offsets;
+    if (!is_level(counts) && verdict(counts) != Verdict::none) return position;
+  }
+  return end;
 }
 
 /// The choice at the end of the message, by whole codewords.

@@ -225,7 +225,10 @@ int Planner::codewords() const {
 bool make_plan(std::span<const Character> message, std::span<const SymbolSize> sizes, bool gs1, Plan& plan) {
   LookAhead look_ahead(message);
   const auto try_sizes = [&](std::span<const SymbolSize> tried) {
-    Planner planner(message, look_ahead, tried.back().data_codewords, plan);
+    const int capacity = tried.back().data_codewords;
+    // No scheme takes more than two characters in a codeword: the planner would find out too, later.
+    if (message.size() > 2 * static_cast<std::size_t>(capacity)) return false;
+    Planner planner(message, look_ahead, capacity, plan);
     if (gs1) planner.keep_first_in_ascii();
     if (!planner.run()) return false;
     const auto size = std::ranges::find_if(
