@@ -92,9 +92,15 @@ ModuleMatrix place_modules(const SymbolSize& size, std::span<const std::uint8_t>
     }
     RowWriter writer(modules);
     for (int region = 0; region < size.region_columns; ++region) {
-      std::uint64_t run = 1;                                    // the finder's dark column
-      for (int i = 2; i < region_width; i += 2, number += 2) {  // two at a time: all widths are even
+      std::uint64_t run = 1;  // the finder's dark column
+      const BitNumber* const end = number + region_width - 2;
+      if (region_width % 4 == 0) {  // widths are even: two, then four at a time
         run = run << 2 | (bits[number[0]] * 2U + bits[number[1]]);
+        number += 2;
+      }
+      for (; number < end; number += 4) {
+        run =
+            run << 4 | (bits[number[0]] * 8U + bits[number[1]] * 4U + bits[number[2]] * 2U + bits[number[3]]);
       }
       run = run << 1 | static_cast<std::uint64_t>(row % 2);  // the timing column
       writer.put(run, region_width);

@@ -43,48 +43,45 @@ void FarLookAhead::prepare(std::span<const Counts> sums) {
   }
 }
 
-int FarLookAhead::first_decision(int begin, const Counts& offsets) {
+Decision FarLookAhead::first_decision(int begin, const Counts& offsets) {
   Test test{offsets, kNeeded};
   for (std::size_t rule = 0; rule < kRules; ++rule) {
     for (std::size_t other = 0; other < offsets.size(); ++other) {
       test.needed[rule][other] += offsets[kSchemes[rule]] - offsets[other];
     }
   }
-  while (begin < positions()) {
-    int end = std::min((begin / kBlock + 1) * kBlock, positions());
-    int decided = 0;
+  Decision decision{begin, Verdict::none};
+  while (decision.verdict == Verdict::none && decision.position < positions()) {
+    begin = decision.position;
     if (begins_block(begin, 0)) {
       int level = 0;
       while (level + 1 < kLevels && begins_block(begin, level + 1)) ++level;
-      end = begin + (kBlock << level);
-      decided = first_decision_in(begin, level, test);
+      decision = first_decision_in(begin, level, test);
     } else {
-      decided = datamatrix::first_decision(sums_, begin, end, offsets);
+      const int end = std::min((begin / kBlock + 1) * kBlock, positions());
+      decision = datamatrix::first_decision(sums_, begin, end, offsets);
     }
-    if (decided < end) return decided;
-    begin = end;
   }
-  return begin;
+  return decision;
 }
 
-/// The first position in a block at which a rule holds, or its end.
-int FarLookAhead::first_decision_in(int begin, int level, const Test& test) {
-  const int end = begin + (kBlock << level);
+/// The first decision in a block.
+Decision FarLookAhead::first_decision_in(int begin, int level, const Test& test) {
+  const Decision none{begin + (kBlock << level), Verdict::none};
   Block& whole = block(begin, level);
-  if (proves(whole.most, test.needed) || proof_of(whole, test.needed) != nullptr) return end;
+  if (proves(whole.most, test.needed) || proof_of(whole, test.needed) != nullptr) return none;
   if (level == 0) {
-    const int decided = datamatrix::first_decision(sums_, begin, end, test.offsets);
-    if (decided < end) return decided;
+    const Decision found = datamatrix::first_decision(sums_, begin, none.position, test.offsets);
+    if (found.verdict != Verdict::none) return found;
   } else {
-    const int middle = begin + (kBlock << (level - 1));
-    int decided = first_decision_in(begin, level - 1, test);
-    if (decided < middle) return decided;
-    decided = first_decision_in(middle, level - 1, test);
-    if (decided < end) return decided;
+    for (const int half : {begin, begin + (kBlock << (level - 1))}) {
+      const Decision found = first_decision_in(half, level - 1, test);
+      if (found.verdict != Verdict::none) return found;
+    }
   }
   std::shift_right(whole.proofs.begin(), whole.proofs.end(), 1);
   whole.proofs.front() = new_proof(begin, level, test.needed);
-  return end;
+  return none;
 }
 
 /// Why no rule holds in a block, given that none does and that its halves have proofs of that.

@@ -23,8 +23,8 @@ class FarLookAhead {
   /// Makes the blocks for the sums at each position of a message, which must stay where they are.
   void prepare(std::span<const Counts> sums);
 
-  /// The first position from `begin` on at which a rule holds, or the number of positions.
-  int first_decision(int begin, const Counts& offsets);
+  /// The first decision from position `begin` on.
+  Decision first_decision(int begin, const Counts& offsets);
 
  private:
   // Base 256 has two rules.
@@ -70,7 +70,7 @@ class FarLookAhead {
     const int index = level_begin_[static_cast<std::size_t>(level)] + begin / (kBlock << level);
     return blocks_[static_cast<std::size_t>(index)];
   }
-  int first_decision_in(int begin, int level, const Test& test);
+  Decision first_decision_in(int begin, int level, const Test& test);
   [[nodiscard]] RuleCounts new_proof(int begin, int level, const RuleCounts& needed);
 
   std::span<const Counts> sums_;

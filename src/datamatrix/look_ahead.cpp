@@ -27,10 +27,9 @@ Scheme LookAhead::best_scheme(int position, Scheme current) {
   if (current == Scheme::base256 && base256_goes_on(position)) return current;
 
   Counts offsets = kStartCounts[static_cast<std::size_t>(current)] - sums(position);
-  const int decided = decide(position, offsets);
-  if (decided > size_) return choose_at_end(sums(size_) + offsets, current);
-  const Verdict found = verdict(sums(decided) + offsets);
-  if (found != Verdict::c40_or_x12) return static_cast<Scheme>(found);
+  const auto [decided, verdict] = decide(position, offsets);
+  if (verdict == Verdict::none) return choose_at_end(sums(size_) + offsets, current);
+  if (verdict != Verdict::c40_or_x12) return static_cast<Scheme>(verdict);
   return separator_follows(decided) ? Scheme::x12 : Scheme::c40;
 }
 
@@ -43,9 +42,8 @@ bool LookAhead::base256_goes_on(int position) const {
   return sums(end)[kBase256] - sums(position)[kBase256] + kCodeword <= ascii;
 }
 
-/// The first position at which a rule holds for the test that begins at `position`, or one behind the last.
-/// Makes the offsets those that go with it.
-int LookAhead::decide(int position, Counts& offsets) {
+/// The first decision of the test that begins at `position`. Makes the offsets those that go with it.
+Decision LookAhead::decide(int position, Counts& offsets) {
   constexpr int kNear = 32;         // positions in which nearly every test is decided
   constexpr int kManyReadings = 4;  // of the whole message
   int begin = position + kFirstVerdict;
@@ -54,21 +52,22 @@ int LookAhead::decide(int position, Counts& offsets) {
     int run_end = position;
     while (run_end < size_ && is_digit(message_[static_cast<std::size_t>(run_end)])) ++run_end;
     for (; begin <= run_end; ++begin) {
-      if (verdict(sums(begin) + offsets) != Verdict::none) return begin;
+      const Verdict found = verdict(sums(begin) + offsets);
+      if (found != Verdict::none) return {begin, found};
     }
     if (run_end < size_) offsets[kAscii] += (run_end - position) % 2 == 0 ? -kDigit : kDigit;
   }
-  if (begin > size_) return begin;
-  if (!far_.is_ready()) {
-    const int near_end = std::min(begin + kNear, size_ + 1);
-    const int decided = first_decision(all_sums(), begin, near_end, offsets);
-    if (decided < near_end || near_end > size_) return decided;
-    far_positions_ += size_ - near_end;
-    if (far_positions_ <= kManyReadings * size_)
-      return first_decision(all_sums(), near_end, size_ + 1, offsets);
-    far_.prepare(all_sums());
-  }
-  return far_.first_decision(begin, offsets);
+  const int end = size_ + 1;
+  if (begin >= end) return {begin, Verdict::none};
+  if (far_.is_ready()) return far_.first_decision(begin, offsets);
+
+  const int near_end = std::min(begin + kNear, end);
+  const Decision near = first_decision(all_sums(), begin, near_end, offsets);
+  if (near.verdict != Verdict::none || near_end == end) return near;
+  far_positions_ += end - near_end;
+  if (far_positions_ <= kManyReadings * end) return first_decision(all_sums(), near_end, end, offsets);
+  far_.prepare(all_sums());
+  return far_.first_decision(near_end, offsets);
 }
 
 /// True when a CR, * or > stands at or after `position`, before the first character that X12 cannot take.

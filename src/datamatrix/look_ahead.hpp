@@ -31,7 +31,7 @@ class LookAhead {
     return sums(position)[kAscii] % kCodeword != 0;
   }
   [[nodiscard]] bool base256_goes_on(int position) const;
-  int decide(int position, Counts& offsets);
+  Decision decide(int position, Counts& offsets);
   bool separator_follows(int position);
 
   std::span<const Character> message_;

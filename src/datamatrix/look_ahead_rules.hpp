@@ -113,14 +113,21 @@ constexpr Verdict verdict(const Counts& n) {
   return Verdict::none;
 }
 
-/// The first of the positions begin to end - 1 at which a rule holds, or `end`, which is not before `begin`.
-/// Counts are the sums there with the offsets.
-inline int first_decision(std::span<const Counts> sums, int begin, int end, const Counts& offsets) {
+struct Decision {
+  int position;
+  Verdict verdict;  ///< none: nothing decided before `position`
+};
+
+/// The first decision at one of the positions begin to end - 1, of which the counts are the sums there with
+/// the offsets. `end` is not before `begin`.
+inline Decision first_decision(std::span<const Counts> sums, int begin, int end, const Counts& offsets) {
   for (int position = begin; position < end; ++position) {
     const Counts counts = sums[static_cast<std::size_t>(position)] + offsets;
-    if (!is_level(counts) && verdict(counts) != Verdict::none) return position;
+    if (is_level(counts)) continue;
+    const Verdict found = verdict(counts);
+    if (found != Verdict::none) return {position, found};
   }
-  return end;
+  return {end, Verdict::none};
 }
 
 /// The choice at the end of the message, by whole codewords.
