@@ -13,10 +13,13 @@ namespace korvex::cli::call {
 namespace {
 
 // A bitmap cannot grow under the call, and a call cannot be repeated on a larger one: some rewrite their
-// data. So it is larger than any QR symbol (177 modules of 99 pixels). With four bits a pixel that is 162 MB,
-// of which Windows provides what is touched.
-constexpr int kSide = 18'000;
-constexpr int kStride = (kSide / 2 + 3) / 4 * 4;
+// data. So it is larger than any QR symbol (177 modules of 99 pixels) and wider than any width that the size
+// pair can hold. With four bits a pixel that is 297 MB of address space, of which Windows provides what is
+// touched.
+constexpr int kWidth = 33'000;
+constexpr int kHeight = 18'000;
+constexpr int kStride = kWidth / 2;
+static_assert(kStride % 4 == 0);
 
 // A new bitmap is all zeros, so that nothing has to be filled.
 enum Pixel : std::uint8_t { unpainted, dark, light };
@@ -31,8 +34,8 @@ struct Surface::State {
       RGBQUAD colors[3];
     } info = {};
     info.header.biSize = sizeof info.header;
-    info.header.biWidth = kSide;
-    info.header.biHeight = -kSide;  // the top row comes first
+    info.header.biWidth = kWidth;
+    info.header.biHeight = -kHeight;  // the top row comes first
     info.header.biPlanes = 1;
     info.header.biBitCount = 4;
     info.header.biClrUsed = 3;
@@ -91,8 +94,8 @@ Korvex_Device_Context Surface::context() const {
 Surface::Size Surface::painted() const {
   const State& state = *state_;
   const Size area = state.bounds();
-  const int right = std::min(area.width, kSide);
-  const int bottom = std::min(area.height, kSide);
+  const int right = std::min(area.width, kWidth);
+  const int bottom = std::min(area.height, kHeight);
   Size painted;
   // From the far edges inwards: a symbol has painted there, and the search ends with its first pixel.
   for (int y = bottom; y > 0 && painted.height == 0; --y) {
@@ -114,7 +117,7 @@ Surface::Size Surface::painted() const {
 
 void Surface::read_row(int y, std::span<std::uint8_t> bytes) const {
   std::ranges::fill(bytes, std::uint8_t{0});
-  const int width = std::min(static_cast<int>(bytes.size()) * 8, kSide);
+  const int width = std::min(static_cast<int>(bytes.size()) * 8, kWidth);
   for (int x = 0; x < width; ++x) {
     if (state_->pixel(x, y) == dark) {
       bytes[static_cast<std::size_t>(x / 8)] |= static_cast<std::uint8_t>(0x80 >> (x % 8));
@@ -124,7 +127,7 @@ void Surface::read_row(int y, std::span<std::uint8_t> bytes) const {
 
 bool Surface::failed() const {
   const Size area = state_->bounds();
-  return area.width >= kSide || area.height >= kSide;
+  return area.width >= kWidth || area.height >= kHeight;
 }
 
 std::vector<std::string> Surface::trace() const {
