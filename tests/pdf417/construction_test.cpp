@@ -68,53 +68,58 @@ TEST(Pdf417Construction, FillsUpWithPads) {
     return Values(end - result->pad_codewords, end);
   };
   EXPECT_EQ(pads({.columns = 1, .rows = 8, .ecc_level = 0}), Values(5, 900));
-  Values once = {838, 779, 867, 865, 898, 868, 839, 900};
-  Values cycles = {900};
-  for (int i = 0; i < 4; ++i) cycles.insert(cycles.end(), once.begin(), once.end());
-  Values extra = cycles;
-  extra.insert(extra.begin() + 25, 900);
-  const auto first = [](Values values, std::size_t count) {
+  // A latch to text, then cycles of eight; where the columns are 2 or 4, one more pad after every three.
+  const auto micro_pads = [](std::size_t count, bool one_more) {
+    Values values = {900};
+    for (int cycle = 1; values.size() < count; ++cycle) {
+      values.insert(values.end(), {838, 779, 867, 865, 898, 868, 839, 900});
+      if (one_more && cycle % 3 == 0) values.push_back(900);
+    }
     values.resize(count);
     return values;
   };
-  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 1, .rows = 28}), first(cycles, 20));
-  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 2, .rows = 23}), first(extra, 33));
-  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 3, .rows = 15}), first(cycles, 24));
-  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 4, .rows = 12}), first(extra, 30));
+  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 1, .rows = 28}), micro_pads(20, false));
+  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 2, .rows = 26}), micro_pads(37, true));
+  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 3, .rows = 44}), micro_pads(82, false));
+  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 4, .rows = 44}), micro_pads(126, true));
 }
 
 TEST(Pdf417Construction, WritesRowsAsWidths) {
-  // The patterns of codewords 1 and 0 (row indicators), 3 (length descriptor) and 900 (pad) are those of
-  // ISO/IEC 15438, Annex A.
-  const auto normal = lines_of(*row_pattern_text({.columns = 1, .rows = 5, .ecc_level = 0}, ""));
-  ASSERT_EQ(normal.size(), 5U);
+  // Row indicators 2, 5, 0 and, three rows on, 32; length descriptor 5 and pads 900. Their patterns are those
+  // of ISO/IEC 15438, Annex A.
+  const auto normal = lines_of(*row_pattern_text({.columns = 1, .rows = 9, .ecc_level = 1}, ""));
+  ASSERT_EQ(normal.size(), 9U);
   EXPECT_EQ(normal[0],
             "81111113"
-            "41111144"
-            "31111235"
+            "51111152"
+            "51111251"
             "31111136"
             "71131112"
             "1");
   EXPECT_EQ(normal[1],
             "81111113"
-            "61111133"
+            "41111315"
             "11611124"
-            "61111133"
+            "41111216"
             "71131112"
             "1");
   EXPECT_EQ(normal[2],
             "81111113"
             "21111155"
             "23521211"
-            "31111163"
+            "11111345"
             "71131112"
             "1");
-  const auto truncated = lines_of(*row_pattern_text({Kind::truncated, 1, 5, 0}, ""));
-  ASSERT_EQ(truncated.size(), 5U);
+  EXPECT_EQ(normal[3].substr(0, 24),
+            "81111113"
+            "21114251"
+            "14232212");
+  const auto truncated = lines_of(*row_pattern_text({Kind::truncated, 1, 9, 1}, ""));
+  ASSERT_EQ(truncated.size(), 9U);
   EXPECT_EQ(truncated[0],
             "81111113"
-            "41111144"
-            "31111235"
+            "51111152"
+            "51111251"
             "1");
 
   // 900 in cluster 3; left, centre and right row address patterns 46, 18 and 42.

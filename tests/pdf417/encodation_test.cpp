@@ -119,6 +119,8 @@ TEST(Pdf417Encodation, BeginsInByteCompactionInMicroPdf417) {
 TEST(Pdf417Encodation, LooksAtTheRoomLeft) {
   // The 14th digit is also the 16th character that eight codewords could hold: the digits leave the text run.
   expect(room_for(8), {{"AB" + std::string(14, '1'), {1, 902, 169, 315, 711, 223, 411}}});
+  // One character more, and the run ends with the 13th.
+  EXPECT_FALSE(encode(room_for(8), "ABC" + std::string(14, '1')));
   // The last byte of the limit is also the fifth text character: the text leaves the byte run.
   expect(room_for(8), {{"\x80\x80\x80"
                         "ABCDE"s,
@@ -146,6 +148,8 @@ TEST(Pdf417Encodation, LooksAtTheRoomLeft) {
       {{.ecc_level = 0}, 'A', 1850},
       {{.ecc_level = 0}, '\x80', 1108},
       {{.ecc_level = 8}, 'A', 830},
+      {{.rows = 10, .ecc_level = 0}, 'A', 594},    // 30 columns
+      {{.columns = 5, .ecc_level = 0}, 'A', 894},  // 90 rows
       {{.kind = Kind::truncated, .ecc_level = 0}, 'A', 1850},
       {{.kind = Kind::micro}, '1', 366},
       {{.kind = Kind::micro}, 'A', 250},
