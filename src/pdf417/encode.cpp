@@ -104,8 +104,9 @@ Result<std::string> row_pattern_text(const Options& options, std::string_view da
 Result<Codewords> codewords(const Options& options, std::span<const std::uint8_t> data) {
   Layout layout;
   Codewords result;
-  if (std::optional<Error> error = lay_out_message(options, data, layout, &result.runs))
+  if (std::optional<Error> error = lay_out_message(options, data, layout, &result.runs)) {
     return *std::move(error);
+  }
   const auto values = layout.codewords.all();
   result.values.assign(values.begin(), values.end());
   result.pad_codewords = layout.pad_codewords;

@@ -17,18 +17,13 @@ constexpr unsigned kPad = 900;
 /// decode to nothing and look less alike, row by row, than one codeword over and over.
 void pad_micro(int count, int columns, CodewordBuffer& codewords) {
   constexpr std::array<unsigned, 8> kCycle = {838, 779, 867, 865, 898, 868, 839, kPad};
-  // Where the columns divide the cycle, one pad more now and then moves it on to other columns.
-  const int cycles_in_a_row = columns % 2 == 0 ? 3 : 0;
-  int cycles = 0;
-  if (count > 0) codewords.push(kPad);
-  for (--count; count > 0;) {
-    if (cycles_in_a_row != 0 && cycles == cycles_in_a_row) {
-      codewords.push(kPad);
-      --count;
-      cycles = 0;
-    }
-    for (std::size_t i = 0; i < kCycle.size() && count > 0; ++i, --count) codewords.push(kCycle[i]);
-    ++cycles;
+  constexpr int kThreeCycles = 3 * static_cast<int>(kCycle.size());
+  // Where the columns divide the cycle, one pad more behind every third moves it on to other columns.
+  const int period = kThreeCycles + (columns % 2 == 0 ? 1 : 0);
+  for (int i = 0; i < count; ++i) {
+    const int place = (i - 1) % period;
+    const bool in_cycle = i > 0 && place < kThreeCycles;
+    codewords.push(in_cycle ? kCycle[static_cast<std::size_t>(place) % kCycle.size()] : kPad);
   }
 }
 
@@ -36,7 +31,7 @@ void pad(Layout& layout) {
   if (layout.kind == Kind::micro) {
     pad_micro(layout.pad_codewords, layout.columns, layout.codewords);
   } else {
-    layout.codewords.push(layout.pad_codewords, kPad);
+    layout.codewords.push_repeatedly(layout.pad_codewords, kPad);
     layout.codewords.set_first(layout.codewords.count());  // the length descriptor counts itself and the pads
   }
 }

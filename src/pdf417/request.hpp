@@ -35,7 +35,7 @@ class CodewordBuffer {
     assert(codeword < 929 && count_ < kMaxCodewords);
     values_[static_cast<std::size_t>(count_++)] = static_cast<std::uint16_t>(codeword);
   }
-  void push(int count, unsigned codeword) {
+  void push_repeatedly(int count, unsigned codeword) {
     for (; count > 0; --count) push(codeword);
   }
   /// Makes the first codeword, pushed before it was known, `codeword`.
