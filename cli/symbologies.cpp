@@ -12,7 +12,7 @@ namespace {
 
 std::vector<Symbology> all_families() {
   std::vector<Symbology> all;
-  for (auto* const family : {families::linear, families::veri}) {
+  for (auto* const family : {families::linear, families::composite, families::veri}) {
     std::ranges::move(family(), std::back_inserter(all));
   }
   return all;

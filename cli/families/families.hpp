@@ -7,6 +7,7 @@
 
 namespace korvex::cli::families {
 
+std::vector<Symbology> composite();
 std::vector<Symbology> linear();
 std::vector<Symbology> veri();
 

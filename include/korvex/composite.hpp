@@ -55,12 +55,13 @@ struct Symbol {
 /// (01)09501101530003(17)261231(10)AB-123: item numbers bring their check digit, which is verified like the
 /// lengths of fields of fixed length, and FNC1 is put where it belongs.
 ///
-/// Errors: bad_parameter for options out of range and for data that the symbol cannot hold, with the byte and
-/// its position; bad_data for more than 2436 bytes. Dialect::korvex32 takes the plain form only and draws
-/// what CC_Encode draws. Dialect::standard refuses what no reader would give back: EAN-8 numbers beyond seven
-/// digits, UPC-E numbers of another number system than 0, wrong check digits and impossible dates where the
-/// symbol implies them, GS1-128 text that would be cut at 43 symbol characters, an odd number of segments a
-/// row unless one row holds them all; and it gives AI 90 numbers with a zero in front to the general method.
+/// Errors: bad_parameter for options out of range, bad_data for characters, lengths and numbers that are not
+/// allowed, no_symbol for data that no symbol of the kind holds. Dialect::korvex32 takes the plain form only
+/// and draws what CC_Encode draws. Dialect::standard refuses what no reader would give back: EAN-8 numbers
+/// beyond seven digits, UPC-E numbers of another number system than 0, wrong check digits and impossible
+/// dates where the symbol implies them, GS1-128 text that would be cut at 43 symbol characters, an odd number
+/// of segments a row unless one row holds them all; and it gives AI 90 numbers with a zero in front to the
+/// general method.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 
 /// What was chosen on the way to a symbol.

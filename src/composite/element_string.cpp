@@ -63,7 +63,7 @@ Bytes bytes_of(std::string_view text) {
 }
 
 Error wrong(std::string message) {
-  return {Code::bad_parameter, std::move(message)};
+  return {Code::bad_data, std::move(message)};
 }
 
 std::string bracketed(std::string_view identifier) {

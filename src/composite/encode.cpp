@@ -47,8 +47,9 @@ Result<std::string> plain_linear_text(Symbology symbology, std::string_view text
   if (!number || !is_ean_upc(symbology)) return number;
   // The fourteen digits of an EAN/UPC number begin with a zero that is not drawn.
   if (number->front() != '0') {
-    return parameter("EAN/UPC symbols hold item numbers whose 14 digits begin with 0; this one begins with " +
-                     std::string(1, number->front()) + ".");
+    return Error{Code::bad_data,
+                 "EAN/UPC symbols hold item numbers whose 14 digits begin with 0; this one begins with " +
+                     std::string(1, number->front()) + "."};
   }
   return number->substr(1);
 }

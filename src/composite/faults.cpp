@@ -122,10 +122,28 @@ std::string sentence(const Fault& fault, const Request& request) {
   return {};
 }
 
+/// CC_Encode has one code for all of them.
+Code code_of(Reason reason) {
+  switch (reason) {
+    case Reason::bad_segments:
+    case Reason::bad_linear_height:
+    case Reason::few_segments_for_2d:
+    case Reason::odd_segments:
+      return Code::bad_parameter;
+    case Reason::expanded_too_many_bits:
+    case Reason::gs1_128_too_long:
+    case Reason::linear_too_narrow:
+    case Reason::component_too_long:
+      return Code::no_symbol;
+    default:
+      return Code::bad_data;
+  }
+}
+
 }  // namespace
 
 Error describe(const Fault& fault, const Request& request) {
-  return {Code::bad_parameter, sentence(fault, request)};
+  return {code_of(fault.reason), sentence(fault, request)};
 }
 
 }  // namespace korvex::composite
