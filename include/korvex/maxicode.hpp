@@ -23,10 +23,10 @@ struct Options {
   Mode mode = Mode::standard;
   Dialect dialect = Dialect::standard;
   std::string_view postal_code{};  ///< carrier modes: 1 to 9 digits, or 6 capital letters, digits and spaces
-  int country_code = 0;     ///< carrier modes: 1 to 999 (ISO 3166-1 numeric)
-  int service_class = 0;    ///< carrier modes: 1 to 999
-  int position = 1;         ///< structured append: of this symbol, 1 to `total`
-  int total = 1;            ///< structured append: symbols in the series, 1 to 8; 1: none
+  int country_code = 0;            ///< carrier modes: 1 to 999 (ISO 3166-1 numeric)
+  int service_class = 0;           ///< carrier modes: 1 to 999
+  int position = 1;                ///< structured append: of this symbol, 1 to `total`
+  int total = 1;                   ///< structured append: symbols in the series, 1 to 8; 1: none
 };
 
 inline constexpr int kRows = 33;

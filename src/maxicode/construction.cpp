@@ -29,8 +29,8 @@ constexpr int bit_of(int codeword, int place) {
 
 /// Where each bit of a codeword goes, bit 0 first.
 struct Placing {
-  std::array<std::int8_t, 6> row{};
-  std::array<std::int8_t, 6> column{};
+  std::array<std::uint8_t, 6> row{};
+  std::array<std::uint8_t, 6> column{};
 };
 constexpr auto kPlacings = [] {
   std::array<Placing, kCodewords> placings{};

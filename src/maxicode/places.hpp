@@ -13,8 +13,8 @@ inline constexpr int kBits = 6 * kCodewords;
 
 /// A module of the grid; row 0 at the top.
 struct Cell {
-  std::int8_t row;
-  std::int8_t column;
+  std::uint8_t row;
+  std::uint8_t column;
 };
 
 /// The modules that tell which way up the symbol is.
@@ -70,7 +70,7 @@ inline constexpr auto kCells = [] {
       const int r = row + down * (i / 2);
       const int c = column + right * (i % 2);
       if (kFixed[static_cast<std::size_t>(r)][static_cast<std::size_t>(c)]) continue;
-      cells[count++] = {static_cast<std::int8_t>(r), static_cast<std::int8_t>(c)};
+      cells[count++] = {static_cast<std::uint8_t>(r), static_cast<std::uint8_t>(c)};
     }
   };
   for (const Cell anchor : kPrimaryBlocks) add_block(anchor.row, anchor.column, -1, 1);

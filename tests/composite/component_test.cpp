@@ -106,7 +106,7 @@ std::string some_text(Random& random, int length) {
 TEST(CompositeComponent, EveryMethodSchemeAndSizeReadsBack) {
   Random random(2026);
   std::map<int, std::set<int>> rows_met;
-  for (int i = 0; i < 3000; ++i) {
+  for (int i = 0; i < 6000; ++i) {
     const Carrier& carrier = kCarriers[i % 4];
     const std::string text = some_text(random, random.below(1 + random.below(carrier.longest_text)));
     const Result<Symbol> symbol = encode_with(carrier, text);

@@ -191,8 +191,7 @@ TEST(CompositeDataBar, OmnidirectionalRowsAreThoseOfASlowSecondWriting) {
     const auto place = [&](const Widths& widths, int first, int step, bool swapped) {
       for (int k = 0; k < 8; ++k) {
         const int width = widths[static_cast<std::size_t>(swapped ? k ^ 1 : k)];
-        all.at(static_cast<std::size_t>(first)) = width;
-        first += step;
+        all[static_cast<std::size_t>(first + k * step)] = width;
         checksum += width * weight;
         weight = weight * 3 % 79;
       }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "korvex/korvex32.h"
 
@@ -159,13 +160,18 @@ TEST(CompositeEntry, AZeroByteEndsTheTextAndABarSplitsItOnce) {
 
 TEST(CompositeEntry, EachRowIsABitmapFromTheLowestUp) {
   const Answer answer = make({3, 2, 0, 0, "1"});
-  std::string operations;
+  std::vector<std::string> operations;
   for (int i = 0; i < korvex_device_operation_count(answer.device.get()); ++i) {
-    operations += korvex_device_operation(answer.device.get(), i, nullptr);
-    operations += ' ';
+    operations.emplace_back(korvex_device_operation(answer.device.get(), i, nullptr));
   }
-  const std::string row = "CreateBitmap CreateCompatibleDC SelectObject BitBlt DeleteDC DeleteObject ";
-  EXPECT_EQ(operations, row + row + row);
+  std::vector<std::string> expected;
+  for (int row = 0; row < 3; ++row) {
+    for (const char* name :
+         {"CreateBitmap", "CreateCompatibleDC", "SelectObject", "BitBlt", "DeleteDC", "DeleteObject"}) {
+      expected.emplace_back(name);
+    }
+  }
+  EXPECT_EQ(operations, expected);
   // The first elements of the lower row are dark, light; of the upper one light, dark.
   EXPECT_EQ(korvex_device_pixel(answer.device.get(), 0, 0), 0xFFFFFFU);
   EXPECT_EQ(korvex_device_pixel(answer.device.get(), 2, 9), 0U);

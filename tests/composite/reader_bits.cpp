@@ -153,7 +153,8 @@ std::string two_digits(int value) {
 std::string read_date(BitReader& bits) {
   const int date = bits.number(16);
   const std::string ai = bits.number(1) == 1 ? "17" : "11";
-  std::string field = ai + two_digits(date / 384) + two_digits(date / 32 % 12 + 1) + two_digits(date % 32);
+  const std::string field =
+      ai + two_digits(date / 384) + two_digits(date / 32 % 12 + 1) + two_digits(date % 32);
   const std::string rest = SchemeReader(bits, Scheme::numeric).read_all();
   if (rest.empty()) return field;  // nothing after the date, or FNC1 that says so
   return rest[0] == '#' ? field + rest.substr(1) : field + "10" + rest;
