@@ -44,6 +44,9 @@ struct Symbol {
   Component component = Component::none;
   int component_columns = 0;  ///< data columns of the 2D component
   int component_rows = 0;     ///< the first this many rows are the 2D component
+  /// DataBar Expanded in Dialect::korvex32 with an odd number of segments a row: when not 0, the last column
+  /// of `modules` belongs to this many rows at the bottom alone and does not count for the symbol's width.
+  int overhanging_rows = 0;
 };
 
 /// Encodes `data` as one symbol. There is a 2D component when `data` has a vertical bar: what stands before

@@ -129,6 +129,14 @@ class RowCutter {
     return characters_per_row_ / 2 * kPairModules +
            characters_per_row_ % 2 * (kCharacterModules + kFinderModules) + kGuardModules;
   }
+  /// The last row and its separator, where there are several rows: how many of them reach one module beyond
+  /// the width. With an odd number of characters in each row the last one may be full and moved all the same.
+  [[nodiscard]] int overhanging_rows() const {
+    const int rows = row_count();
+    const bool full = characters_ % characters_per_row_ == 0;
+    if (rows == 1 || !full || characters_per_row_ % 2 == 0) return 0;
+    return row(rows - 1, false).left_pad > 0 ? 2 : 0;
+  }
   /// Row `index` from the top, with its separator where one is wanted.
   [[nodiscard]] SymbolRow row(int index, bool with_separator) const {
     const int first_character = index * characters_per_row_;
@@ -198,7 +206,9 @@ Fault build_databar_expanded(const Request& request, Symbol& symbol, Details* de
   const RowCutter cutter(elements, characters, request.segments_per_row);
   const int rows = cutter.row_count();
   const bool linked = component.kind != Component::none;
-  Stack stack(symbol, component, rows + 3 * (rows - 1) + (linked ? 1 : 0), cutter.width());
+  symbol.overhanging_rows = cutter.overhanging_rows();
+  const int width = cutter.width() + (symbol.overhanging_rows > 0 ? 1 : 0);
+  Stack stack(symbol, component, rows + 3 * (rows - 1) + (linked ? 1 : 0), width);
   stack.add_component(kComponentLeftPad);
   for (int i = 0; i < rows; ++i) {
     const bool first = i == 0;

@@ -12,8 +12,8 @@ namespace korvex::composite {
 Symbol_Size painted_size(const Symbol& symbol, int module_size_pixels);
 
 /// Paints the rows from the lowest to the topmost, with light pixels on their right up to a multiple of 32.
-/// Returns KORVEX_OK, KORVEX_BAD_PARAMETER when rows are too wide, or KORVEX_NO_SYMBOL when there is no
-/// memory for them; then nothing is painted.
+/// Returns KORVEX_OK; KORVEX_BAD_PARAMETER when rows were too wide, which are left out; or KORVEX_NO_SYMBOL
+/// when there is no memory for them.
 std::int16_t paint(Korvex_Device_Context device, const Symbol& symbol, int module_size_pixels);
 
 }  // namespace korvex::composite

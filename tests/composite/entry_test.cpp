@@ -101,6 +101,20 @@ TEST(CompositeEntry, SizesFollowTheFormulas) {
   }
 }
 
+TEST(CompositeEntry, AMovedLastRowOverhangsWhereRowsHaveOneCharacterEach) {
+  // The seventh row begins at character 6, so it would be drawn from its other end; being odd it is moved.
+  const Answer answer = make({6, 8, 0, 1, "018720202574301721y"});
+  EXPECT_EQ(answer.width, 36 * 8);
+  EXPECT_EQ(answer.height, (7 * 34 + 6 * 3) * 8);
+  const auto pixel = [&](int module, int line_from_below) {
+    return korvex_device_pixel(answer.device.get(), module * 8, answer.height - line_from_below);
+  };
+  EXPECT_EQ(pixel(36, 1), 0U);         // the last guard module
+  EXPECT_EQ(pixel(36, 34 * 8), 0U);    // all of its height
+  EXPECT_EQ(pixel(39, 1), 0xFFFFFFU);  // 37 * 8 pixels are padded to 320
+  EXPECT_EQ(korvex_device_is_painted(answer.device.get(), 36 * 8, 0), 0);
+}
+
 TEST(CompositeEntry, FaultsHaveTheirCodesAndPaintNothing) {
   struct Row {
     Call call;
