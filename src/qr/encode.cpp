@@ -42,8 +42,11 @@ std::optional<Error> analyse(const Options& options, std::span<const std::uint8_
 Result<int> choose_version(const Options& options, const Stream& public_stream,
                            const Stream* private_stream) {
   const StreamSize* const private_size = private_stream == nullptr ? nullptr : &private_stream->size;
-  const int smallest =
-      smallest_version(options, automatic_versions(options), public_stream.size, private_size);
+  // A requested rMQR version decides the height, whatever rows were given for the segmentation.
+  const bool height_by_version = options.type == SymbolType::rmqr && options.version != 0;
+  const VersionRange range = height_by_version ? rmqr_versions(row_count(options.type, options.version))
+                                               : automatic_versions(options);
+  const int smallest = smallest_version(options, range, public_stream.size, private_size);
   if (smallest == 0 || (options.version != 0 && options.version < smallest)) {
     return no_version_holds(options, smallest);
   }
@@ -104,9 +107,10 @@ Result<Symbol> smallest_rmqr(Options options, std::span<const std::uint8_t> data
 Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data) {
   if (auto fault = find_fault(options, data)) return *std::move(fault);
   if (options.type != SymbolType::rmqr) return encode_checked(options, data);
-  if (options.version == 0 && options.rmqr_rows == 0) return smallest_rmqr(options, data);
+  if (options.rmqr_rows != 0) return encode_checked(options, data);
+  if (options.version == 0) return smallest_rmqr(options, data);
   Options with_rows = options;
-  if (options.version != 0) with_rows.rmqr_rows = row_count(options.type, options.version);
+  with_rows.rmqr_rows = row_count(options.type, options.version);
   return encode_checked(with_rows, data);
 }
 

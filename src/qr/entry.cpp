@@ -67,8 +67,7 @@ Options read_options(const QR_Params& params) {
 }
 
 /// Translates GS1 data where it stands: "@1" becomes the separator GS, "@" before any other byte drops out,
-/// so "@@" is
-/// "@". A last "@" with nothing after it stays. Returns the new length.
+/// so "@@" is "@". A last "@" with nothing after it stays. Returns the new length.
 std::size_t translate_gs1(std::span<std::uint8_t> data) {
   constexpr std::uint8_t kSeparator = 0x1D;
   std::size_t length = 0;

@@ -89,6 +89,17 @@ TEST(QrEncode, AnOutOfReachVersionIsRefused) {
   EXPECT_EQ(version_of({.type = SymbolType::rmqr, .version = 32, .rmqr_rows = 7}, "1"), 32);
 }
 
+// A requested rMQR version decides the height; the data is still split for the rows that were given.
+TEST(QrEncode, RmqrRowsSplitTheDataOfARequestedVersion) {
+  const Options options = {.type = SymbolType::rmqr, .level = Level::high, .version = 23, .rmqr_rows = 7};
+  Options fitting_rows = options;
+  fitting_rows.rmqr_rows = 15;
+  const auto symbol = encode(options, "60p");
+  EXPECT_EQ(symbol->modules.rows(), 15);
+  EXPECT_EQ(symbol->segments.size(), 2);
+  EXPECT_EQ(encode(fitting_rows, "60p")->segments.size(), 1);
+}
+
 TEST(QrEncode, FewestModulesOfAllRmqrHeights) {
   for (const char* data :
        {"1", "12345678", "A longer text of lower case letters", "0123456789012345678901234567890123456789"}) {
