@@ -36,7 +36,8 @@ Fault read_message(const Options& options, std::span<const std::uint8_t> data, M
 }
 
 std::span<const SymbolSize> sizes_for(const Options& options) {
-  const auto [rows, columns] = std::pair(options.rows, options.columns);
+  const int rows = options.rows;
+  const int columns = options.columns;
   if (rows == 0 && columns == 0) return options.shape == Shape::square ? kSquareSizes : kRectangleSizes;
   const std::span<const SymbolSize> all = kSizes;
   // Automatic width; the two of a height stand side by side.

@@ -282,7 +282,8 @@ bool has_mode(SymbolType type, int version, Mode mode) {
 }
 
 VersionRange rmqr_versions(int rows) {
-  const auto [first, end] = std::ranges::equal_range(kRmqr, rows, {}, &RmqrRow::rows);
+  const auto first = std::ranges::lower_bound(kRmqr, rows, {}, &RmqrRow::rows);
+  const auto end = std::ranges::upper_bound(kRmqr, rows, {}, &RmqrRow::rows);
   return {static_cast<int>(first - kRmqr.begin()) + 1, static_cast<int>(end - kRmqr.begin())};
 }
 
