@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <string>
 #include <system_error>
 
 namespace korvex::cli::call {
@@ -24,9 +25,16 @@ void set_binary(int) {}
 /// A new file that nobody else sees and that goes away with its descriptor; -1 and errno when that fails.
 int open_temporary() {
 #if defined(_WIN32)
-  const std::string name = "korvex-" + std::to_string(getpid()) + ".tmp";
-  const auto path = std::filesystem::temp_directory_path() / name;
-  return open(path.string().c_str(), O_RDWR | O_CREAT | O_EXCL | O_BINARY | O_TEMPORARY, 0600);
+  // A program that was killed leaves its file behind, and its number is given to another one in time.
+  const auto folder = std::filesystem::temp_directory_path();
+  const std::string name = "korvex-" + std::to_string(getpid());
+  int descriptor = -1;
+  for (int attempt = 0; attempt < 1000; ++attempt) {
+    const auto path = folder / (name + '-' + std::to_string(attempt) + ".tmp");
+    descriptor = open(path.string().c_str(), O_RDWR | O_CREAT | O_EXCL | O_BINARY | O_TEMPORARY, 0600);
+    if (descriptor >= 0 || errno != EEXIST) break;
+  }
+  return descriptor;
 #else
   std::string path = (std::filesystem::temp_directory_path() / "korvex-XXXXXX").string();
   const int descriptor = mkstemp(path.data());

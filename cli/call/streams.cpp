@@ -10,8 +10,8 @@ namespace korvex::cli::call {
 namespace {
 
 constexpr std::size_t kEnoughToWrite = std::size_t{1} << 20;
-constexpr std::size_t kMostAtOnce = std::size_t{1}
-                                    << 24;  // one read or write; Windows counts in unsigned ints
+/// In one read or write; Windows counts in unsigned ints.
+constexpr std::size_t kMostAtOnce = std::size_t{1} << 24;
 
 #if defined(_WIN32)
 constexpr int kBinary = O_BINARY;
