@@ -171,21 +171,13 @@ void Planner::edifact_step() {
     return;
   }
   const bool short_character = next() < 128;
-  if (room_for(3)) {
+  if (room_for(3) || (!room_for(2) && !short_character)) {
     used_ += kCodeword;  // unlatch
-  } else if (room_for(2)) {
-    if (!short_character) {
-      take(3 * kCodeword);
-    } else if (left() >= 2 && next(1) < 128) {
-      take(kCodeword);
-      take(2 * kCodeword);
-    } else {
-      take(2 * kCodeword);
-    }
-  } else if (short_character) {
-    take(2 * kCodeword);
+  } else if (!short_character) {
+    take(3 * kCodeword);
   } else {
-    used_ += kCodeword;
+    if (room_for(2) && left() >= 2 && next(1) < 128) take(kCodeword);
+    take(2 * kCodeword);
   }
   change_to(Scheme::ascii);
 }

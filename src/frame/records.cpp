@@ -7,9 +7,11 @@
 namespace {
 
 // A field's place in a 32-bit process, and its width there (pointers: 4).
+// NOLINTBEGIN(bugprone-macro-parentheses): a record's name is a type, which takes none
 #define KORVEX_FIELD(record, field, offset, width)                            \
   static_assert(sizeof(void*) != 4 || (offsetof(record, field) == (offset) && \
                                        sizeof(static_cast<record*>(nullptr)->field) == (width)))
+// NOLINTEND(bugprone-macro-parentheses)
 
 KORVEX_FIELD(Symbol_Size, width, 0, 2);
 KORVEX_FIELD(Symbol_Size, height, 2, 2);

@@ -116,7 +116,7 @@ template <std::size_t kHalf, class Words>
 void exchange_quarters(Grid& grid, std::size_t rows) {
   constexpr int kShift = 2 * kHalf;
   constexpr std::uint64_t kRightHalves = ~std::uint64_t{0} / ((std::uint64_t{1} << kShift) + 1);
-  constexpr std::size_t kStep = sizeof(Words) / sizeof(std::uint64_t);
+  constexpr std::size_t kStep = sizeof(Words) / 8;  // words at once
   static_assert(kHalf % kStep == 0);
   for (std::size_t square = 0; square < rows; square += 2 * kHalf) {
     for (std::size_t i = square; i < square + kHalf; i += kStep) {

@@ -88,10 +88,13 @@ TEST(QrEncodation, HeadersByTypeAndVersion) {
        4,
        "\x93\x5F",
        "011 0001 0110110011111 000000000 000 11101100"},
-      {{.type = SymbolType::rmqr}, 1, "7", "001 0001 0111 000 00 11101100"},
-      {{.type = SymbolType::rmqr}, 32, "A", "010 00000001 001010 000 0000 11101100"},
-      {{.type = SymbolType::rmqr}, 32, "a", "011 00000001 01100001 000 00 11101100"},
-      {{.type = SymbolType::rmqr}, 32, "\x93\x5F", "100 0000001 0110110011111 000 000000 11101100"},
+      {{.type = SymbolType::rmqr, .rmqr_rows = 7}, 1, "7", "001 0001 0111 000 00 11101100"},
+      {{.type = SymbolType::rmqr, .rmqr_rows = 17}, 32, "A", "010 00000001 001010 000 0000 11101100"},
+      {{.type = SymbolType::rmqr, .rmqr_rows = 17}, 32, "a", "011 00000001 01100001 000 00 11101100"},
+      {{.type = SymbolType::rmqr, .rmqr_rows = 17},
+       32,
+       "\x93\x5F",
+       "100 0000001 0110110011111 000 000000 11101100"},
   };
   for (const auto& [options, version, data, bits] : cases) {
     SCOPED_TRACE("type " + std::to_string(static_cast<int>(options.type)) + ", version " +
