@@ -28,8 +28,7 @@
 extern "C" {
 #endif
 
-/* ---- Result codes
- * ------------------------------------------------------------------------------------------ */
+/* ---- Result codes ---- */
 
 enum Korvex_Result {
   KORVEX_OK = 0,             /* the symbol is drawn; Korvex_Bit: the pattern is in the caller's arrays */
@@ -39,8 +38,7 @@ enum Korvex_Result {
   KORVEX_GS1_FIXED_MODE = -8 /* QR_Encode: a fixed character mode together with the GS1 symbol type */
 };
 
-/* ---- The device that symbols are painted on
- * ---------------------------------------------------------------- */
+/* ---- The device that symbols are painted on ---- */
 
 /* On Windows a device context of GDI (HDC). Elsewhere an in-memory picture with the same few operations, made
  * by korvex_device_create below. Symbols are painted from (0, 0), the top left, without a quiet zone. */
@@ -58,8 +56,7 @@ typedef struct Symbol_Size {
   int16_t height; /* 2 */
 } Symbol_Size;
 
-/* ---- Linear symbols: Korvex_Bit
- * ---------------------------------------------------------------------------- */
+/* ---- Linear symbols: Korvex_Bit ---- */
 
 /* Widths of the elements of two-width symbologies. */
 typedef struct Bar_Ratio {
@@ -94,8 +91,7 @@ KORVEX_API int16_t KORVEX_CALL Korvex_Bit_x64(uint16_t type, uint16_t guard_opti
                                               const Bar_Ratio* ratio, const Bit_Data* data,
                                               Bit_Result* result);
 
-/* ---- QR Code (ISO/IEC 18004), Micro QR, rMQR (ISO/IEC 23941)
- * ------------------------------------------------ */
+/* ---- QR Code (ISO/IEC 18004), Micro QR, rMQR (ISO/IEC 23941) ---- */
 
 typedef struct QR_Params {
   int16_t ecc_level;           /* 0   1 L, 2 M, 3 Q, 4 H */
@@ -123,8 +119,7 @@ KORVEX_API int16_t KORVEX_CALL QR_Encode(Korvex_Device_Context device, QR_Params
 KORVEX_API int16_t KORVEX_CALL QR_Encode_x64(Korvex_Device_Context device, QR_Params* params,
                                              Symbol_Size* size);
 
-/* ---- PDF417 (ISO/IEC 15438) and MicroPDF417 (ISO/IEC 24728)
- * ------------------------------------------------- */
+/* ---- PDF417 (ISO/IEC 15438) and MicroPDF417 (ISO/IEC 24728) ---- */
 
 typedef struct PDF_Params {
   int16_t module_width; /* 0   pixels, 1..9 */
@@ -144,12 +139,11 @@ KORVEX_API int16_t KORVEX_CALL PDF_Encode(Korvex_Device_Context device, const PD
 KORVEX_API int16_t KORVEX_CALL PDF_Encode_x64(Korvex_Device_Context device, const PDF_Params* params,
                                               Symbol_Size* size);
 
-/* ---- Data Matrix ECC 200 (ISO/IEC 16022)
- * -------------------------------------------------------------------- */
+/* ---- Data Matrix ECC 200 (ISO/IEC 16022) ---- */
 
 typedef struct DATA_Params {
   int16_t reserved_0[2];  /* 0   not read */
-  int16_t module_width;   /* 4   pixels, at least 1 */
+  int16_t module_width;   /* 4   pixels, at least 1; a symbol is at most 32767 wide and high */
   int16_t module_height;  /* 6   pixels, at least 1 */
   int16_t columns;        /* 8   modules, 0 automatic */
   int16_t rows;           /* 10  modules; equal to `columns`: a square symbol */
@@ -165,8 +159,7 @@ KORVEX_API int16_t KORVEX_CALL DATA_Encode(Korvex_Device_Context device, const D
 KORVEX_API int16_t KORVEX_CALL DATA_Encode_x64(Korvex_Device_Context device, const DATA_Params* params,
                                                Symbol_Size* size);
 
-/* ---- MaxiCode (ISO/IEC 16023)
- * ------------------------------------------------------------------------------- */
+/* ---- MaxiCode (ISO/IEC 16023) ---- */
 
 typedef struct MAXI_Params {
   int16_t position;        /* 0   structured append, 1..8 */
@@ -183,8 +176,7 @@ KORVEX_API int16_t KORVEX_CALL MAXI_Encode(Korvex_Device_Context device, const M
 KORVEX_API int16_t KORVEX_CALL MAXI_Encode_x64(Korvex_Device_Context device, const MAXI_Params* params,
                                                Symbol_Size* size);
 
-/* ---- GS1 DataBar (ISO/IEC 24724) and composite symbols (ISO/IEC 24723)
- * -------------------------------------- */
+/* ---- GS1 DataBar (ISO/IEC 24724) and composite symbols (ISO/IEC 24723) ---- */
 
 typedef struct CC_Params {
   int16_t type;             /* 0   1..12 */
@@ -200,8 +192,7 @@ KORVEX_API int16_t KORVEX_CALL CC_Encode(Korvex_Device_Context device, const CC_
 KORVEX_API int16_t KORVEX_CALL CC_Encode_x64(Korvex_Device_Context device, const CC_Params* params,
                                              Symbol_Size* size);
 
-/* ---- VERI
- * ---------------------------------------------------------------------------------------------------- */
+/* ---- VERI ---- */
 
 typedef struct VERI_Params {
   int16_t symbol_size;   /* 0   modules a side, border included */
@@ -215,8 +206,7 @@ typedef struct VERI_Params {
 KORVEX_API int16_t KORVEX_CALL VERI_Encode(Korvex_Device_Context device, const VERI_Params* params,
                                            Symbol_Size* size);
 
-/* ---- The portable device (every system but Windows)
- * ---------------------------------------------------------- */
+/* ---- The portable device (every system but Windows) ---- */
 
 #if !defined(_WIN32)
 
