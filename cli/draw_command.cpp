@@ -133,7 +133,7 @@ int draw(const DrawArguments& arguments) {
   if (!module.note.empty()) say(module.note);
 
   const DrawRequest request{read_data(arguments.data, arguments.data_file, arguments.is_hexadecimal),
-                            arguments.options, module};
+                            arguments.is_hexadecimal, arguments.options, module};
   Result<Drawing> result = symbology.draw(request);
   if (!result) {
     if (result.error().code == Code::bad_parameter) throw UsageError(result.error().message);

@@ -10,6 +10,7 @@ namespace korvex::cli::families {
 std::vector<Symbology> composite();
 std::vector<Symbology> linear();
 std::vector<Symbology> pdf417();
+std::vector<Symbology> qr();
 std::vector<Symbology> veri();
 
 }  // namespace korvex::cli::families

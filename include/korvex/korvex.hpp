@@ -3,6 +3,7 @@
 
 #include "korvex/composite.hpp"
 #include "korvex/datamatrix.hpp"
+#include "korvex/gs1.hpp"
 #include "korvex/linear.hpp"
 #include "korvex/maxicode.hpp"
 #include "korvex/module_matrix.hpp"

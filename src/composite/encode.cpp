@@ -3,9 +3,11 @@
 #include <string>
 #include <utility>
 
-#include "composite/element_string.hpp"
+#include "composite/encodation.hpp"
 #include "composite/symbologies.hpp"
+#include "core/element_string.hpp"
 #include "korvex/composite.hpp"
+#include "korvex/gs1.hpp"
 
 namespace korvex::composite {
 namespace {
@@ -39,10 +41,12 @@ bool is_ean_upc(Symbology symbology) {
   return symbology >= Symbology::ean13 && symbology <= Symbology::ean8;
 }
 
+constexpr char kSeparator = static_cast<char>(kFnc1);
+
 Result<std::string> plain_linear_text(Symbology symbology, std::string_view text) {
-  const Part part{"linear component's text", text};
-  if (!is_bracketed(text)) return std::string(text);
-  if (takes_element_strings(symbology)) return plain_element_string(part);
+  const BracketedText part{"linear component's text", text};
+  if (!gs1::is_bracketed(text)) return std::string(text);
+  if (takes_element_strings(symbology)) return plain_element_string(part, kSeparator);
   Result<std::string> number = plain_item_number(part);
   if (!number || !is_ean_upc(symbology)) return number;
   // The fourteen digits of an EAN/UPC number begin with a zero that is not drawn.
@@ -55,8 +59,8 @@ Result<std::string> plain_linear_text(Symbology symbology, std::string_view text
 }
 
 Result<std::string> plain_component_text(std::string_view text) {
-  if (!is_bracketed(text)) return std::string(text);
-  return plain_element_string({"2D component's text", text});
+  if (!gs1::is_bracketed(text)) return std::string(text);
+  return plain_element_string({"2D component's text", text}, kSeparator);
 }
 
 /// Both texts in plain form, with a vertical bar between them.

@@ -11,7 +11,7 @@ prepareZXingModule({
   overrides: { wasmBinary: readFileSync(require.resolve('zxing-wasm/reader/zxing_reader.wasm')) },
 });
 
-const korvex = process.env.KORVEX ?? fileURLToPath(new URL('../../build/bin/korvex', import.meta.url));
+export const korvex = process.env.KORVEX ?? fileURLToPath(new URL('../../build/bin/korvex', import.meta.url));
 
 /** Random numbers that are the same in every run. */
 export class Random {

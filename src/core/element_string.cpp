@@ -1,4 +1,4 @@
-#include "composite/element_string.hpp"
+#include "core/element_string.hpp"
 
 #include <algorithm>
 #include <array>
@@ -7,11 +7,32 @@
 #include <utility>
 #include <vector>
 
-#include "composite/encodation.hpp"
-#include "composite/text.hpp"
+#include "korvex/gs1.hpp"
 
-namespace korvex::composite {
+namespace korvex {
 namespace {
+
+bool is_digit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+/// The characters of element strings, and the space, which GS1 DataBar Expanded has as well.
+bool is_allowed(char character) {
+  constexpr std::string_view kOthers = "!\"%&'()*+,-./:;<=>?_ ";
+  return is_digit(character) || (character >= 'A' && character <= 'Z') ||
+         (character >= 'a' && character <= 'z') || kOthers.find(character) != std::string_view::npos;
+}
+
+/// The check digit of `digits`, the last of which has the weight 3.
+char check_digit(std::string_view digits) {
+  int sum = 0;
+  int weight = digits.size() % 2 == 0 ? 1 : 3;
+  for (const char digit : digits) {
+    sum += (digit - '0') * weight;
+    weight = 4 - weight;
+  }
+  return static_cast<char>('0' + (10 - sum % 10) % 10);
+}
 
 enum class Kind : std::uint8_t {
   fixed_digits,
@@ -58,10 +79,6 @@ struct Element {
   const Identifiers* rules;
 };
 
-Bytes bytes_of(std::string_view text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
 Error wrong(std::string message) {
   return {Code::bad_data, std::move(message)};
 }
@@ -89,13 +106,10 @@ std::optional<Error> check_data(const Element& element) {
       return wrong(name + " takes 1 to " + std::to_string(rules.most) + " characters; " +
                    std::to_string(size) + " given.");
     }
-    Bytes bytes = bytes_of(element.data);
-    int bad = find_bad_character(bytes);
-    const auto hash = static_cast<int>(element.data.find(static_cast<char>(kFnc1))) + 1;  // npos: 0
-    if (bad == 0 || (hash > 0 && hash < bad)) bad = hash;
-    if (bad > 0) {
-      return wrong(name + " cannot hold the character at position " +
-                   std::to_string(element.position + static_cast<std::size_t>(bad) - 1) +
+    const auto bad = std::ranges::find_if_not(element.data, is_allowed);
+    if (bad != element.data.end()) {
+      const auto position = element.position + static_cast<std::size_t>(bad - element.data.begin());
+      return wrong(name + " cannot hold the character at position " + std::to_string(position) +
                    "; letters, digits, space and !\"%&'()*+,-./:;<=>?_ are allowed.");
     }
     return std::nullopt;
@@ -105,16 +119,16 @@ std::optional<Error> check_data(const Element& element) {
                  std::string(element.data) + "\" given.");
   }
   if (rules.kind == Kind::check_digit) {
-    const int expected = check_digit(bytes_of(element.data).first(element.data.size() - 1));
-    if (element.data.back() - '0' != expected) {
+    const char expected = check_digit(element.data.substr(0, element.data.size() - 1));
+    if (element.data.back() != expected) {
       return wrong("The check digit " + std::string(1, element.data.back()) + " of " + name +
-                   " is wrong: these digits have the check digit " + std::to_string(expected) + ".");
+                   " is wrong: these digits have the check digit " + std::string(1, expected) + ".");
     }
   }
   return std::nullopt;
 }
 
-Result<std::vector<Element>> parse(Part part) {
+Result<std::vector<Element>> parse(BracketedText part) {
   const std::string_view text = part.text;
   std::vector<Element> elements;
   for (std::size_t index = 0; index < text.size();) {
@@ -144,24 +158,20 @@ Result<std::vector<Element>> parse(Part part) {
 
 }  // namespace
 
-bool is_bracketed(std::string_view text) {
-  return text.starts_with('(');
-}
-
-Result<std::string> plain_element_string(Part part) {
+Result<std::string> plain_element_string(BracketedText part, char separator) {
   const Result<std::vector<Element>> elements = parse(part);
   if (!elements) return elements.error();
   std::string plain;
   bool separate = false;
   for (const Element& element : *elements) {
-    if (separate) plain.push_back(static_cast<char>(kFnc1));
+    if (separate) plain.push_back(separator);
     plain.append(element.identifier).append(element.data);
     separate = element.rules->kind == Kind::variable;
   }
   return plain;
 }
 
-Result<std::string> plain_item_number(Part part) {
+Result<std::string> plain_item_number(BracketedText part) {
   const Result<std::vector<Element>> elements = parse(part);
   if (!elements) return elements.error();
   if (elements->size() != 1 || elements->front().identifier != "01") {
@@ -171,4 +181,12 @@ Result<std::string> plain_item_number(Part part) {
   return std::string(elements->front().data.substr(0, elements->front().data.size() - 1));
 }
 
-}  // namespace korvex::composite
+bool gs1::is_bracketed(std::string_view text) {
+  return text.starts_with('(');
+}
+
+Result<std::string> gs1::element_string(std::string_view bracketed) {
+  return plain_element_string({"data", bracketed}, gs1::kSeparator);
+}
+
+}  // namespace korvex
