@@ -12,8 +12,8 @@ namespace {
 
 std::vector<Symbology> all_families() {
   std::vector<Symbology> all;
-  for (auto* const family :
-       {families::linear, families::qr, families::pdf417, families::composite, families::veri}) {
+  for (auto* const family : {families::linear, families::qr, families::pdf417, families::datamatrix,
+                             families::composite, families::veri}) {
     std::ranges::move(family(), std::back_inserter(all));
   }
   return all;
