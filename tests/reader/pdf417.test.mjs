@@ -1,0 +1,77 @@
+// PDF417, truncated PDF417 and MicroPDF417 through the reader, from the PNG files that people get.
+import assert from 'node:assert/strict';
+import { test } from 'node:test';
+import { bytesOf, Random, readBack } from './reader.mjs';
+
+const alphabets = [
+  'ABCDEFGHIJKLMNOPQRSTUVWXYZ ',
+  'abcdefghijklmnopqrstuvwxyz ',
+  '0123456789',
+  '0123456789&\r\t,:#-.$/+%*=^ ',
+  ';<>@[\\]_`~!\r\t,:\n-.$/"|*()?{}\'',
+  Array.from({ length: 256 }, (_, i) => String.fromCharCode(i)).join(''),
+];
+// Columns x rows (ISO/IEC 24728), and the data codewords that stay beside the check codewords.
+const microSizes = [
+  [1, 11, 4], [1, 14, 7], [1, 17, 10], [1, 20, 12], [1, 24, 16], [1, 28, 20], [2, 8, 8], [2, 11, 13], [2, 14, 19],
+  [2, 17, 24], [2, 20, 29], [2, 23, 33], [2, 26, 37], [3, 6, 6], [3, 8, 10], [3, 10, 14], [3, 12, 18], [3, 15, 24],
+  [3, 20, 34], [3, 26, 46], [3, 32, 58], [3, 38, 70], [3, 44, 82], [4, 4, 8], [4, 6, 12], [4, 8, 18], [4, 10, 24],
+  [4, 12, 30], [4, 15, 39], [4, 20, 54], [4, 26, 72], [4, 32, 90], [4, 38, 108], [4, 44, 126],
+];
+
+/** Data in stretches of one kind each, so that compactions and sub-modes change. */
+function mixture(random, length) {
+  let data = '';
+  while (data.length < length) data += random.string(alphabets[random.below(alphabets.length)], 1 + random.below(30));
+  return data.slice(0, length);
+}
+
+async function check(name, data, options = []) {
+  const result = await readBack(name, data, name === 'micropdf417' ? 'MicroPDF417' : 'PDF417',
+    ['--module', name === 'micropdf417' ? '4' : '2', ...options], { isPure: true });
+  assert.equal(bytesOf(result), data, `${name} ${options.join(' ')} of ${JSON.stringify(data)}`);
+  if (result.extra) assert.equal(JSON.parse(result.extra).UEC ?? 1, 1, 'no codeword needs correction');
+}
+
+test('all nine levels, and the columns and rows that there are', async () => {
+  const random = new Random(1);
+  for (let level = 0; level <= 8; ++level) {
+    for (const name of ['pdf417', 'pdf417-truncated']) {
+      await check(name, mixture(random, 20 + random.below(180)), ['--level', `${level}`]);
+    }
+  }
+  for (let columns = 1; columns <= 30; ++columns) {
+    await check('pdf417', mixture(random, 40), ['--columns', `${columns}`]);
+    await check('pdf417-truncated', mixture(random, 40), ['--columns', `${columns}`]);
+  }
+});
+
+test('random data of every mix of compactions', async () => {
+  const random = new Random(2);
+  for (let round = 0; round < 60; ++round) await check('pdf417', mixture(random, 1 + random.below(round % 6 === 0 ? 700 : 120)));
+  for (let length = 1; length < 60; ++length) {
+    await check('pdf417', random.string(alphabets[length % alphabets.length], length), ['--byte-only'].slice(length % 2));
+  }
+});
+
+test('symbols full to the last codeword', async () => {
+  const random = new Random(3);
+  // 30 columns and 16 rows have 480 codewords: 8 check codewords at level 2, the length descriptor, 471 of data.
+  await check('pdf417', random.string(alphabets[0], 942), ['--columns', '30', '--rows', '16']);
+  // A latch and five codewords for six bytes: 470 codewords are 564 bytes.
+  await check('pdf417', random.string('\x80\x90\xa0\xff', 564), ['--columns', '30', '--rows', '16']);
+  // The largest symbol there is.
+  await check('pdf417', random.string(alphabets[0], 1850), ['--level', '0']);
+});
+
+test('all sizes of MicroPDF417, full and with pads', async () => {
+  const random = new Random(4);
+  assert.equal(microSizes.length, 34);
+  for (const [columns, rows, codewords] of microSizes) {
+    const size = ['--columns', `${columns}`, '--rows', `${rows}`, '--row-height', '4'];
+    // A latch to byte compaction, then five codewords for six bytes and one for each byte left over.
+    const bytes = Math.floor((codewords - 1) / 5) * 6 + ((codewords - 1) % 5);
+    await check('micropdf417', random.string('\x80\x90\xa0\xff', bytes), size);
+    await check('micropdf417', mixture(random, 1 + Math.floor(codewords / 4)), size);
+  }
+});
