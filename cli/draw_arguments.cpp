@@ -45,6 +45,10 @@ void add_common_options(CLI::App& app, DrawArguments& arguments) {
   app.add_flag("--hex", arguments.is_hexadecimal, "the data is hexadecimal, two digits a byte")
       ->group("Data");
 
+  app.add_flag("--escapes", arguments.has_escapes,
+               "the data has names of control characters in braces, such as {GS} and {EOT}; {{ is a brace")
+      ->group("Data");
+
   app.add_option("-o,--output", arguments.outputs,
                  "write this file (may be given again); the ending says what it is: " + format_names() +
                      "; - is standard output; in the terminal when there is none")
@@ -67,7 +71,8 @@ void add_common_options(CLI::App& app, DrawArguments& arguments) {
 
 /// Whether an option of any symbology stands alone, so that no value follows it.
 bool is_flag(std::string_view name) {
-  if (name == "--hex" || name == "--verbose" || name == "--help" || name == "-h") return true;
+  if (name == "--hex" || name == "--escapes" || name == "--verbose" || name == "--help" || name == "-h")
+    return true;
   return std::ranges::any_of(symbologies(), [&](const Symbology& symbology) {
     const auto option = std::ranges::find(symbology.options, name, &Option::name);
     return option != symbology.options.end() && option->is_flag();

@@ -17,6 +17,7 @@ struct DrawArguments {
   std::optional<std::string> data;
   std::string data_file;
   bool is_hexadecimal = false;
+  bool has_escapes = false;
   std::vector<std::string> outputs;
   std::string format;
   std::string module;

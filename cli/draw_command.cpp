@@ -9,6 +9,7 @@
 #include "commands.hpp"
 #include "data_source.hpp"
 #include "draw_arguments.hpp"
+#include "escapes.hpp"
 #include "failure.hpp"
 #include "files.hpp"
 #include "formats/formats.hpp"
@@ -125,15 +126,34 @@ void draw_into_files(const Drawing& drawing, const Style& style, const std::vect
   write_files(files);
 }
 
+ModuleSize module_of(const DrawArguments& arguments) {
+  const std::optional<UsualModule>& usual = arguments.symbology->usual_module;
+  if (!usual || !arguments.module.empty()) return module_size(arguments.module, arguments.dots_per_inch);
+  if (!arguments.dots_per_inch.empty()) {
+    return module_size(decimal(usual->millimetres, 3) + "mm", arguments.dots_per_inch);
+  }
+  ModuleSize module;
+  module.pixels = usual->pixels;
+  module.millimetres = usual->millimetres;
+  return module;
+}
+
+std::string data_of(const DrawArguments& arguments) {
+  if (arguments.has_escapes && arguments.is_hexadecimal) {
+    throw UsageError("--hex has no use for names of control characters; --escapes does not go with it.");
+  }
+  std::string data = read_data(arguments.data, arguments.data_file, arguments.is_hexadecimal);
+  return arguments.has_escapes ? with_escapes(data) : data;
+}
+
 int draw(const DrawArguments& arguments) {
   const Symbology& symbology = *arguments.symbology;
   const std::vector<Output> outputs = outputs_of(arguments);
-  const ModuleSize module = module_size(arguments.module, arguments.dots_per_inch);
+  const ModuleSize module = module_of(arguments);
   const Style style = style_of(arguments, module);
   if (!module.note.empty()) say(module.note);
 
-  const DrawRequest request{read_data(arguments.data, arguments.data_file, arguments.is_hexadecimal),
-                            arguments.is_hexadecimal, arguments.options, module};
+  const DrawRequest request{data_of(arguments), arguments.is_hexadecimal, arguments.options, module};
   Result<Drawing> result = symbology.draw(request);
   if (!result) {
     if (result.error().code == Code::bad_parameter) throw UsageError(result.error().message);

@@ -19,6 +19,7 @@ double room_below(const Text& text) {
 }  // namespace
 
 std::vector<Box> dark_boxes(const Picture& picture) {
+  if (picture.shapes) return {};
   const ModuleMatrix& modules = picture.modules;
   std::vector<Box> boxes;
   double top = 0;
@@ -39,11 +40,13 @@ std::vector<Box> dark_boxes(const Picture& picture) {
 }
 
 Box bounds(const Picture& picture) {
-  const double height = std::accumulate(picture.row_heights.begin(), picture.row_heights.end(), 0.0) +
-                        (picture.long_bars ? picture.long_bars->extra : 0);
+  const double rows = std::accumulate(picture.row_heights.begin(), picture.row_heights.end(), 0.0) +
+                      (picture.long_bars ? picture.long_bars->extra : 0);
+  const double height = picture.shapes ? picture.shapes->height : rows;
   double left = -picture.quiet_zone.left;
   double top = -picture.quiet_zone.top;
-  double right = picture.modules.columns() + picture.quiet_zone.right;
+  double right =
+      (picture.shapes ? picture.shapes->width : picture.modules.columns()) + picture.quiet_zone.right;
   double bottom = height + picture.quiet_zone.bottom;
   for (const Text& text : picture.texts) {
     left = std::min(left, text.box.left);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "korvex/module_matrix.hpp"
+#include "shapes.hpp"
 
 namespace korvex::cli {
 
@@ -47,11 +48,12 @@ struct Picture {
   ModuleMatrix modules;             ///< the symbol's rows; a linear symbol has one
   std::vector<double> row_heights;  ///< one a row
   std::optional<LongBars> long_bars;
+  std::optional<Shapes> shapes;  ///< what is dark instead of `modules`, which then serve as text alone
   std::vector<Text> texts;
   Margins quiet_zone;  ///< light, around the symbol; text below or above the bars lies outside it
 };
 
-/// Everything that is dark: whole runs of modules in each row, top row first.
+/// Everything that is dark but for shapes: whole runs of modules in each row, top row first.
 std::vector<Box> dark_boxes(const Picture& picture);
 
 /// The symbol, its quiet zone and its texts; in whole modules, so that the symbol stays on their grid.

@@ -13,7 +13,7 @@ namespace {
 std::vector<Symbology> all_families() {
   std::vector<Symbology> all;
   for (auto* const family : {families::linear, families::qr, families::pdf417, families::datamatrix,
-                             families::composite, families::veri}) {
+                             families::maxicode, families::composite, families::veri}) {
     std::ranges::move(family(), std::back_inserter(all));
   }
   return all;

@@ -35,6 +35,12 @@ struct Example {
   std::vector<std::string_view> options{};
 };
 
+/// How large a module is drawn when nobody says it.
+struct UsualModule {
+  int pixels;
+  double millimetres;
+};
+
 struct Symbology {
   std::string_view name;      ///< what people type
   std::string_view title;     ///< what the standard calls it
@@ -44,6 +50,7 @@ struct Symbology {
   std::vector<Option> options;
   /// Throws UsageError for option values that make no sense.
   std::function<Result<Drawing>(const DrawRequest&)> draw;
+  std::optional<UsualModule> usual_module{};  ///< of symbols whose size the standard fixes
 };
 
 /// All of them, family by family.

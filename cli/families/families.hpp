@@ -10,6 +10,7 @@ namespace korvex::cli::families {
 std::vector<Symbology> composite();
 std::vector<Symbology> datamatrix();
 std::vector<Symbology> linear();
+std::vector<Symbology> maxicode();
 std::vector<Symbology> pdf417();
 std::vector<Symbology> qr();
 std::vector<Symbology> veri();

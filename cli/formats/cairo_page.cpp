@@ -1,6 +1,7 @@
 #include "formats/cairo_page.hpp"
 
 #include <new>
+#include <numbers>
 
 #include "formats/cairo_text.hpp"
 
@@ -11,6 +12,21 @@ constexpr double kPointsPerMillimetre = 72 / 25.4;
 
 void set_source(cairo_t* context, const Color& color) {
   cairo_set_source_rgb(context, color.red / 255.0, color.green / 255.0, color.blue / 255.0);
+}
+
+void add_shapes(cairo_t* context, const Shapes& shapes) {
+  for (const Point& centre : shapes.hexagons) {
+    for (const Point& corner : hexagon_corners(centre)) cairo_line_to(context, corner.x, corner.y);
+    cairo_close_path(context);
+    cairo_new_sub_path(context);
+  }
+  // The inner circle runs against the outer one, so that what is inside stays light.
+  for (const auto& [centre, inner, outer] : shapes.rings) {
+    cairo_new_sub_path(context);
+    cairo_arc(context, centre.x, centre.y, outer, 0, 2 * std::numbers::pi);
+    cairo_new_sub_path(context);
+    cairo_arc_negative(context, centre.x, centre.y, inner, 2 * std::numbers::pi, 0);
+  }
 }
 
 }  // namespace
@@ -34,6 +50,12 @@ void draw_on_page(cairo_t* context, const Picture& picture, const Style& style) 
   set_source(context, style.foreground);
   for (const Box& box : dark_boxes(picture)) {
     cairo_rectangle(context, box.left - whole.left, box.top - whole.top, box.width, box.height);
+  }
+  if (picture.shapes) {
+    cairo_save(context);
+    cairo_translate(context, -whole.left, -whole.top);
+    add_shapes(context, *picture.shapes);
+    cairo_restore(context);
   }
   cairo_fill(context);
   draw_texts(context, picture, 1, false);

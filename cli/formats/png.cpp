@@ -34,6 +34,19 @@ void draw_bars(Shades& shades, const Picture& picture, const Box& whole, int sca
   }
 }
 
+void draw_shapes(Shades& shades, const Shapes& shapes, const Box& whole, int scale) {
+  const ModuleMatrix pixels = pixels_of(shapes, scale);
+  const auto left = static_cast<int>(std::lround(-whole.left * scale));
+  const auto top = static_cast<int>(std::lround(-whole.top * scale));
+  const int rows = std::min(pixels.rows(), shades.height - top);
+  const int columns = std::min(pixels.columns(), shades.width - left);
+  for (int row = 0; row < rows; ++row) {
+    for (int column = 0; column < columns; ++column) {
+      if (pixels.dark(row, column)) shades.row(top + row)[left + column] = 255;
+    }
+  }
+}
+
 void draw_texts_on(Shades& shades, const Picture& picture, int scale) {
   const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface(
       cairo_image_surface_create_for_data(shades.bytes.data(), CAIRO_FORMAT_A8, shades.width, shades.height,
@@ -59,6 +72,7 @@ std::string png(const Picture& picture, const Style& style) {
   }
   Shades shades = background(static_cast<int>(width), static_cast<int>(height));
   draw_bars(shades, picture, whole, scale);
+  if (picture.shapes) draw_shapes(shades, *picture.shapes, whole, scale);
   if (!picture.texts.empty()) draw_texts_on(shades, picture, scale);
   return png_file(shades, !picture.texts.empty(), style);
 }

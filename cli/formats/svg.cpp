@@ -61,6 +61,35 @@ std::string bars(const Picture& picture, const Box& whole) {
   return path;
 }
 
+std::string point(double x, double y) {
+  return number(x) + " " + number(y);
+}
+
+/// A circle; `sweep` 1 runs clockwise.
+std::string circle(const Point& centre, double radius, int sweep) {
+  const std::string arc = "A" + number(radius) + " " + number(radius) + " 0 0 " + std::to_string(sweep) + " ";
+  const std::string left = point(centre.x - radius, centre.y);
+  return "M" + left + arc + point(centre.x + radius, centre.y) + arc + left + "z";
+}
+
+/// A ring's inner circle runs against its outer one, so that what is inside stays light.
+std::string shapes(const Shapes& shapes, const Box& whole) {
+  const auto moved = [&whole](Point point) { return Point{point.x - whole.left, point.y - whole.top}; };
+  std::string path;
+  for (const Point& centre : shapes.hexagons) {
+    char command = 'M';
+    for (const Point& corner : hexagon_corners(moved(centre))) {
+      path += command + point(corner.x, corner.y);
+      command = 'L';
+    }
+    path += 'z';
+  }
+  for (const Ring& ring : shapes.rings) {
+    path += circle(moved(ring.centre), ring.outer, 1) + circle(moved(ring.centre), ring.inner, 0);
+  }
+  return path;
+}
+
 std::string line(std::string_view characters, double middle, double baseline, double font_size) {
   return "<text" + attribute("x", number(middle)) + attribute("y", number(baseline)) +
          attribute("font-size", number(font_size)) + ">" + escaped(characters) + "</text>\n";
@@ -97,8 +126,12 @@ std::string svg(const Picture& picture, const Style& style) {
     svg += "<rect" + attribute("width", width) + attribute("height", height) +
            attribute("fill", style.background->hexadecimal()) + "/>\n";
   }
-  svg += "<path" + attribute("fill", color) + attribute("shape-rendering", "crispEdges") +
-         attribute("d", bars(picture, whole)) + "/>\n";
+  if (picture.shapes) {
+    svg += "<path" + attribute("fill", color) + attribute("d", shapes(*picture.shapes, whole)) + "/>\n";
+  } else {
+    svg += "<path" + attribute("fill", color) + attribute("shape-rendering", "crispEdges") +
+           attribute("d", bars(picture, whole)) + "/>\n";
+  }
   if (!picture.texts.empty()) {
     svg += "<g" + attribute("fill", color) + attribute("font-family", kFaces) +
            attribute("text-anchor", "middle") + attribute("xml:space", "preserve") + ">\n";

@@ -122,6 +122,17 @@ std::string color_escape(const Style& style) {
   return "\x1b[38;2;" + numbers(style.foreground) + ";48;2;" + numbers(*style.background) + "m";
 }
 
+/// Shapes as pixels, two a module, for blocks that are no smaller.
+Picture in_pixels(const Picture& picture) {
+  constexpr int kScale = 2;
+  Picture pixels;
+  pixels.modules = pixels_of(*picture.shapes, kScale);
+  pixels.row_heights.assign(static_cast<std::size_t>(pixels.modules.rows()), 1);
+  const Margins& quiet = picture.quiet_zone;
+  pixels.quiet_zone = {kScale * quiet.left, kScale * quiet.top, kScale * quiet.right, kScale * quiet.bottom};
+  return pixels;
+}
+
 }  // namespace
 
 Terminal standard_terminal() {
@@ -134,7 +145,7 @@ Terminal standard_terminal() {
 }
 
 std::string terminal_lines(const Picture& picture, const Style& style, const Terminal& terminal) {
-  const Grid grid = grid_of(picture);
+  const Grid grid = grid_of(picture.shapes ? in_pixels(picture) : picture);
   const bool is_linear = picture.modules.rows() == 1;
   const auto width = [&](int modules_per_cell) {
     return (grid.columns + modules_per_cell - 1) / modules_per_cell;
