@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -145,7 +146,8 @@ Terminal standard_terminal() {
 }
 
 std::string terminal_lines(const Picture& picture, const Style& style, const Terminal& terminal) {
-  const Grid grid = grid_of(picture.shapes ? in_pixels(picture) : picture);
+  const std::optional<Picture> pixels = picture.shapes ? std::optional(in_pixels(picture)) : std::nullopt;
+  const Grid grid = grid_of(pixels ? *pixels : picture);  // whose texts are the picture's own
   const bool is_linear = picture.modules.rows() == 1;
   const auto width = [&](int modules_per_cell) {
     return (grid.columns + modules_per_cell - 1) / modules_per_cell;

@@ -1,21 +1,13 @@
 // The sentences for what can be wrong with a request for a DataBar or composite symbol.
-#include <cstdio>
 #include <string>
 
 #include "composite/code128.hpp"
 #include "composite/expanded_encodation.hpp"
 #include "composite/request.hpp"
+#include "core/shown.hpp"
 
 namespace korvex::composite {
 namespace {
-
-/// 'x' (0x78), or 0x00 alone where there is nothing to show.
-std::string shown(int byte) {
-  char text[16];
-  const char* const format = byte >= ' ' && byte < 0x7F ? "'%c' (0x%02X)" : "0x%2$02X";
-  std::snprintf(text, sizeof text, format, byte, static_cast<unsigned>(byte));
-  return text;
-}
 
 std::string name_of(Symbology symbology) {
   switch (symbology) {

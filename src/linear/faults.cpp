@@ -1,10 +1,10 @@
 // The sentences for what can be wrong with a request for a linear symbol.
 #include <array>
 #include <cstddef>
-#include <cstdio>
 #include <string>
 #include <string_view>
 
+#include "core/shown.hpp"
 #include "linear/request.hpp"
 
 namespace korvex::linear {
@@ -46,17 +46,6 @@ static_assert([] {
   }
   return true;
 }());
-
-/// 'x' (0x78), or 0x00 alone where there is nothing to show.
-std::string shown(int byte) {
-  char text[16];
-  if (byte >= ' ' && byte < 0x7F) {
-    std::snprintf(text, sizeof text, "'%c' (0x%02X)", byte, static_cast<unsigned>(byte));
-  } else {
-    std::snprintf(text, sizeof text, "0x%02X", static_cast<unsigned>(byte));
-  }
-  return text;
-}
 
 std::string at(const Fault& fault) {
   return " at position " + std::to_string(fault.position);

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "core/shown.hpp"
 #include "maxicode/request.hpp"
 
 namespace korvex::maxicode {
@@ -11,18 +12,14 @@ namespace {
 constexpr int kSeriesHeader = 33;  // then position and total, three bits each
 constexpr char kHeaderSet = '\0';  // the header stands in no code set
 
-std::string quoted(std::string_view text) {
-  return '"' + std::string(text) + '"';
-}
-
 Error bad(Code code, std::string message) {
   return {code, std::move(message)};
 }
 
 std::optional<Error> out_of_range(const char* what, int given, int lowest, int highest) {
   if (given >= lowest && given <= highest) return std::nullopt;
-  return bad(Code::bad_parameter, std::string(what) + " is " + std::to_string(given) + ", allowed are " +
-                                      std::to_string(lowest) + " to " + std::to_string(highest));
+  return bad(Code::bad_parameter, std::string(what) + " is " + std::to_string(given) + "; allowed are " +
+                                      std::to_string(lowest) + " to " + std::to_string(highest) + ".");
 }
 
 bool is_digit(char character) {
@@ -33,35 +30,35 @@ std::optional<Error> check_postal_code(const Options& options) {
   const std::string_view code = options.postal_code;
   if (options.mode == Mode::carrier_numeric) {
     if (!code.empty() && code.size() <= 9 && std::ranges::all_of(code, is_digit)) return std::nullopt;
-    return bad(Code::bad_data, "the postal code is " + quoted(code) + ", mode 2 takes one of 1 to 9 digits");
+    return bad(Code::bad_data, "The postal code is " + quoted(code) + "; mode 2 takes one of 1 to 9 digits.");
   }
   const auto allowed = [](char character) {
     return is_digit(character) || (character >= 'A' && character <= 'Z') || character == ' ';
   };
   if (code.size() == 6 && std::ranges::all_of(code, allowed)) return std::nullopt;
   return bad(Code::bad_data,
-             "the postal code is " + quoted(code) +
-                 ", mode 3 takes one of exactly 6 characters: capital letters, digits and spaces");
+             "The postal code is " + quoted(code) +
+                 "; mode 3 takes one of exactly 6 characters: capital letters, digits and spaces.");
 }
 
 std::optional<Error> check(const Options& options, std::span<const std::uint8_t> message) {
   const bool carrier = options.mode == Mode::carrier_numeric || options.mode == Mode::carrier_alphanumeric;
   if (!carrier && options.mode != Mode::standard && options.mode != Mode::reader_programming) {
     return bad(Code::bad_parameter,
-               "the mode is " + std::to_string(static_cast<int>(options.mode)) + ", there are 2, 3, 4 and 6");
+               "The mode is " + std::to_string(static_cast<int>(options.mode)) + "; there are 2, 3, 4 and 6.");
   }
-  if (auto error = out_of_range("the number of symbols", options.total, 1, 8)) return error;
-  if (auto error = out_of_range("the position in the series", options.position, 1, options.total))
+  if (auto error = out_of_range("The number of symbols", options.total, 1, 8)) return error;
+  if (auto error = out_of_range("The position in the series", options.position, 1, options.total))
     return error;
   if (carrier) {
-    if (auto error = out_of_range("the country code", options.country_code, 1, 999)) return error;
-    if (auto error = out_of_range("the class of service", options.service_class, 1, 999)) return error;
+    if (auto error = out_of_range("The country code", options.country_code, 1, 999)) return error;
+    if (auto error = out_of_range("The class of service", options.service_class, 1, 999)) return error;
     if (auto error = check_postal_code(options)) return error;
   }
   const auto zero = std::ranges::find(message, std::uint8_t{0});
   if (zero != message.end()) {
-    return bad(Code::bad_data, "byte 0x00 at position " + std::to_string(zero - message.begin() + 1) +
-                                   " cannot be encoded, bytes 1 to 255 can");
+    return bad(Code::bad_data, "Byte 0x00 at position " + std::to_string(zero - message.begin() + 1) +
+                                   " cannot be encoded; bytes 1 to 255 can.");
   }
   return std::nullopt;
 }
@@ -114,11 +111,11 @@ Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> mess
   const Request request = request_of(options, message);
   const Codewords codewords = message_codewords(request);
   if (codewords.overflowed()) {
-    return bad(Code::no_symbol, "the message of " + std::to_string(message.size()) +
+    return bad(Code::no_symbol, "The message of " + std::to_string(message.size()) +
                                     " bytes takes more than the " + std::to_string(request.capacity()) +
                                     " codewords that mode " + std::to_string(static_cast<int>(options.mode)) +
                                     " holds" +
-                                    (options.total > 1 ? ", two of them for the series header" : ""));
+                                    (options.total > 1 ? ", two of them for the series header." : "."));
   }
   Symbol symbol;
   symbol.codewords = all_codewords(request, codewords);

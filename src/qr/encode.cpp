@@ -12,13 +12,13 @@ namespace {
 Error no_version_holds(const Options& options, int smallest) {
   const std::string level = {"LMQH"[static_cast<int>(options.level)]};
   if (options.version == 0) {
-    return {Code::no_symbol, "no version holds the data at level " + level +
-                                 ": give less data, a lower level or a symbol type that has the level"};
+    return {Code::no_symbol, "No version holds the data at level " + level +
+                                 "; give less data, a lower level or a symbol type that has the level."};
   }
   const std::string name = version_name(options.type, options.version);
-  if (smallest == 0) return {Code::no_symbol, "no version holds the data at level " + level};
-  return {Code::no_symbol, "version " + name + " does not hold the data at level " + level +
-                               ": the smallest that does is " + version_name(options.type, smallest)};
+  if (smallest == 0) return {Code::no_symbol, "No version holds the data at level " + level + "."};
+  return {Code::no_symbol, "Version " + name + " does not hold the data at level " + level +
+                               "; the smallest that does is " + version_name(options.type, smallest) + "."};
 }
 
 /// Splits `data` into the segments of `stream`.
@@ -26,11 +26,11 @@ std::optional<Error> analyse(const Options& options, std::span<const std::uint8_
   stream.data = data;
   switch (analyse(options, data, stream.segments)) {
     case Analysis::too_many_characters:
-      return Error{Code::bad_parameter, "the data has more than " + std::to_string(kMostCharacters) +
-                                            " characters, the most that the encoder takes"};
+      return Error{Code::bad_parameter, "The data has more than " + std::to_string(kMostCharacters) +
+                                            " characters, the most that the encoder takes."};
     case Analysis::too_many_segments:
-      return Error{Code::bad_parameter, "the data needs more than " + std::to_string(kMostSegments) +
-                                            " segments, the most that the encoder takes"};
+      return Error{Code::bad_parameter, "The data needs more than " + std::to_string(kMostSegments) +
+                                            " segments, the most that the encoder takes."};
     case Analysis::done:
       break;
   }

@@ -63,14 +63,14 @@ std::uint8_t append_parity(std::span<const std::uint8_t> data) {
 
 Result<std::vector<Symbol>> encode_series(const Options& options, std::span<const std::uint8_t> data,
                                           int symbols) {
-  if (options.append) return bad_parameter("the series sets structured append itself: leave it empty");
+  if (options.append) return bad_parameter("The series sets structured append itself; leave it empty.");
   if (symbols != 0 && (symbols < 2 || symbols > kMostSymbols)) {
-    return bad_parameter("a series cannot have " + std::to_string(symbols) +
-                         " symbols: 2 to 16, or 0 for as few as hold the data");
+    return bad_parameter("A series cannot have " + std::to_string(symbols) +
+                         " symbols; it has 2 to 16, or 0 for as few as hold the data.");
   }
   if (static_cast<std::size_t>(symbols) > data.size()) {
-    return bad_parameter(std::to_string(data.size()) + " bytes cannot fill " + std::to_string(symbols) +
-                         " symbols: each needs a character");
+    return bad_parameter("The data of " + std::to_string(data.size()) + (data.size() == 1 ? " byte" : " bytes") + " cannot fill " + std::to_string(symbols) +
+                         " symbols; each needs a character.");
   }
   if (symbols != 0) return encode_parts(options, data, symbols);
 

@@ -7,12 +7,12 @@ namespace {
 
 Error too_long(std::size_t given, int size, Correction correction) {
   const int capacity = capacity_bytes(size, correction);
-  const std::string symbol = "a VERI symbol of " + std::to_string(size) + " x " + std::to_string(size) +
+  const std::string symbol = " VERI symbol of " + std::to_string(size) + " x " + std::to_string(size) +
                              " modules with " + std::to_string(static_cast<int>(correction)) +
                              " check bytes a block";
-  return {Code::no_symbol, capacity < 0 ? symbol + " is too small for its check value"
-                                        : "the data has " + std::to_string(given) + " bytes, " + symbol +
-                                              " holds at most " + std::to_string(capacity)};
+  return {Code::no_symbol, capacity < 0 ? "A" + symbol + " is too small for its check value."
+                                        : "The data has " + std::to_string(given) + " bytes; a" + symbol +
+                                              " holds at most " + std::to_string(capacity) + "."};
 }
 
 bool holds(int size, Correction correction, std::size_t bytes) {
@@ -44,9 +44,9 @@ Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data
     while (size < kMaxSize && !holds(size, options.correction, data.size())) ++size;
   }
   if (size < kMinSize || size > kMaxSize) {
-    return Error{Code::bad_parameter, "the size is " + std::to_string(size) + " modules, allowed are " +
+    return Error{Code::bad_parameter, "The size is " + std::to_string(size) + " modules; allowed are " +
                                           std::to_string(kMinSize) + " to " + std::to_string(kMaxSize) +
-                                          ", or 0 for the smallest that holds the data"};
+                                          ", or 0 for the smallest that holds the data."};
   }
   if (!holds(size, options.correction, data.size())) return too_long(data.size(), size, options.correction);
   return Symbol{.modules = draw({.size = size, .correction = options.correction, .data = data}),

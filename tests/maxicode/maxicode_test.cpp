@@ -206,23 +206,23 @@ TEST(MaxiCode, SaysWhatIsWrong) {
     const char* message;
     const char* sentence;
   } rows[] = {
-      {{.mode = static_cast<Mode>(5)}, "x", "the mode is 5, there are 2, 3, 4 and 6"},
-      {{.total = 9}, "x", "the number of symbols is 9, allowed are 1 to 8"},
-      {{.position = 3, .total = 2}, "x", "the position in the series is 3, allowed are 1 to 2"},
+      {{.mode = static_cast<Mode>(5)}, "x", "The mode is 5; there are 2, 3, 4 and 6."},
+      {{.total = 9}, "x", "The number of symbols is 9; allowed are 1 to 8."},
+      {{.position = 3, .total = 2}, "x", "The position in the series is 3; allowed are 1 to 2."},
       {{.mode = Mode::carrier_numeric, .postal_code = "-1", .country_code = 1, .service_class = 1},
        "x",
-       "the postal code is \"-1\", mode 2 takes one of 1 to 9 digits"},
+       "The postal code is \"-1\"; mode 2 takes one of 1 to 9 digits."},
       {{.mode = Mode::carrier_numeric, .postal_code = "1", .service_class = 1},
        "x",
-       "the country code is 0, allowed are 1 to 999"},
+       "The country code is 0; allowed are 1 to 999."},
       {{.mode = Mode::carrier_alphanumeric, .postal_code = "b10501", .country_code = 1, .service_class = 1},
        "x",
-       "the postal code is \"b10501\", mode 3 takes one of exactly 6 characters: capital letters, digits and "
-       "spaces"},
+       "The postal code is \"b10501\"; mode 3 takes one of exactly 6 characters: capital letters, digits and "
+       "spaces."},
   };
   for (const auto& row : rows) EXPECT_EQ(encode(row.options, row.message).error().message, row.sentence);
   EXPECT_EQ(encode({}, std::string_view("A\0B", 3)).error().message,
-            "byte 0x00 at position 2 cannot be encoded, bytes 1 to 255 can");
+            "Byte 0x00 at position 2 cannot be encoded; bytes 1 to 255 can.");
 }
 
 // ---- the C entry ----

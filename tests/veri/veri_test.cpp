@@ -139,10 +139,10 @@ TEST(Veri, TakesTheSmallestSizeThatHoldsTheData) {
 
 TEST(Veri, SaysWhatIsWrong) {
   EXPECT_EQ(encode({.size = 93}, "x").error().message,
-            "the size is 93 modules, allowed are 3 to 92, or 0 for the smallest that holds the data");
+            "The size is 93 modules; allowed are 3 to 92, or 0 for the smallest that holds the data.");
   EXPECT_EQ(
       encode({.size = 10}, "xxx").error().message,
-      "the data has 3 bytes, a VERI symbol of 10 x 10 modules with 4 check bytes a block holds at most 2");
+      "The data has 3 bytes; a VERI symbol of 10 x 10 modules with 4 check bytes a block holds at most 2.");
   EXPECT_EQ(encode({}, Bytes(503)).error().code, Code::no_symbol);
 }
 
