@@ -5,17 +5,10 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
-
 namespace korvex::cli {
 
 int draw_command(const std::vector<std::string>& arguments);
 int list_command(const std::vector<std::string>& arguments);
 int call_command(const std::vector<std::string>& arguments);
-
-/// Reads `arguments` into what `app` binds. False: help was asked for and printed. Throws UsageError.
-bool parse(CLI::App& app, const std::vector<std::string>& arguments);
 
 }  // namespace korvex::cli

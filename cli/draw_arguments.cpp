@@ -1,72 +1,66 @@
 #include "draw_arguments.hpp"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
 #include <string_view>
 
-#include "commands.hpp"
+#include "command_line.hpp"
 #include "failure.hpp"
 #include "formats/formats.hpp"
 
 namespace korvex::cli {
 namespace {
 
-void add_own_options(CLI::App& app, DrawArguments& arguments) {
+void add_own_options(CommandLine& line, DrawArguments& arguments) {
   const Symbology& symbology = *arguments.symbology;
+  const std::string group = "Options of " + std::string(symbology.name);
   for (const Option& option : symbology.options) {
     const std::string name(option.name);
-    const std::string group = "Options of " + std::string(symbology.name);
     std::string help(option.help);
     if (!option.preset.empty()) help.append(" (").append(option.preset).append(")");
-    if (option.is_flag()) {
-      app.add_flag_callback(
-             name, [&] { arguments.options.set(option, ""); }, help)
-          ->group(group);
-      continue;
-    }
-    const auto set = [&](const std::string& value) { arguments.options.set(option, value); };
     std::string placeholder(option.value);
     for (const std::string_view choice : option.choices) {
       placeholder.append(placeholder.empty() ? "" : "|").append(choice);
     }
-    app.add_option_function<std::string>(name, set, help)->type_name(placeholder)->group(group);
+    const OptionHelp shown{group, help, placeholder};
+    if (option.is_flag()) {
+      line.flag(
+          name, [&] { arguments.options.set(option, ""); }, shown);
+    } else {
+      line.option(
+          name, [&](const std::string& value) { arguments.options.set(option, value); }, shown);
+    }
   }
 }
 
-void add_common_options(CLI::App& app, DrawArguments& arguments) {
-  app.add_option("DATA", arguments.data, "the data; from --data-file or standard input when left out")
-      ->type_name("");
-  const auto text = [&](const char* name, std::string& value, const char* type, const std::string& help,
-                        const char* group) {
-    app.add_option(name, value, help)->type_name(type)->group(group);
-  };
-  text("--data-file", arguments.data_file, "FILE", "take the data from a file, byte for byte", "Data");
-  app.add_flag("--hex", arguments.is_hexadecimal, "the data is hexadecimal, two digits a byte")
-      ->group("Data");
+void add_common_options(CommandLine& line, DrawArguments& arguments) {
+  line.positional("DATA", arguments.data, "the data; from --data-file or standard input when left out");
+  line.option("--data-file", arguments.data_file,
+              {"Data", "take the data from a file, byte for byte", "FILE"});
+  line.flag("--hex", arguments.is_hexadecimal, {"Data", "the data is hexadecimal, two digits a byte"});
+  line.flag("--escapes", arguments.has_escapes,
+            {"Data",
+             "the data has names of control characters in braces, such as {GS} and {EOT}; {{ is a "
+             "brace"});
 
-  app.add_flag("--escapes", arguments.has_escapes,
-               "the data has names of control characters in braces, such as {GS} and {EOT}; {{ is a brace")
-      ->group("Data");
-
-  app.add_option("-o,--output", arguments.outputs,
+  line.repeated("-o,--output", arguments.outputs,
+                {"Output",
                  "write this file (may be given again); the ending says what it is: " + format_names() +
-                     "; - is standard output; in the terminal when there is none")
-      ->type_name("FILE")
-      ->allow_extra_args(false)
-      ->group("Output");
-  text("--format", arguments.format, "FORMAT", "what a file is whose name does not say: " + format_names(),
-       "Output");
-  app.add_flag("--verbose", arguments.is_verbose, "say on standard error what was chosen")->group("Output");
+                     "; - is standard output; in the terminal when there is none",
+                 "FILE"});
+  line.option("--format", arguments.format,
+              {"Output", "what a file is whose name does not say: " + format_names(), "FORMAT"});
+  line.flag("--verbose", arguments.is_verbose, {"Output", "say on standard error what was chosen"});
 
-  text("--module", arguments.module, "SIZE", "a module in pixels (4), or in millimetres as in 0.33mm",
-       "Picture");
-  text("--dpi", arguments.dots_per_inch, "N", "dots per inch; millimetres are rounded to whole dots",
-       "Picture");
-  text("--quiet-zone", arguments.quiet_zone, "N", "light modules on every side (what the standard asks for)",
-       "Picture");
-  text("--foreground", arguments.foreground, "COLOUR", "'#rrggbb', black or white", "Picture");
-  text("--background", arguments.background, "COLOUR", "'#rrggbb', black, white or transparent", "Picture");
+  line.option("--module", arguments.module,
+              {"Picture", "a module in pixels (4), or in millimetres as in 0.33mm", "SIZE"});
+  line.option("--dpi", arguments.dots_per_inch,
+              {"Picture", "dots per inch; millimetres are rounded to whole dots", "N"});
+  line.option("--quiet-zone", arguments.quiet_zone,
+              {"Picture", "light modules on every side (what the standard asks for)", "N"});
+  line.option("--foreground", arguments.foreground, {"Picture", "'#rrggbb', black or white", "COLOUR"});
+  line.option("--background", arguments.background,
+              {"Picture", "'#rrggbb', black, white or transparent", "COLOUR"});
 }
 
 /// Whether an option of any symbology stands alone, so that no value follows it.
@@ -120,14 +114,14 @@ std::optional<DrawArguments> parse_draw_arguments(const std::vector<std::string>
   const Symbology& symbology = find_symbology(take_symbology(rest));
   DrawArguments parsed;
   parsed.symbology = &symbology;
-  CLI::App app("Draws " + std::string(symbology.title) + " (" + std::string(symbology.standard) +
-                   ").\nIt takes " + std::string(symbology.takes) + ".",
-               "korvex draw " + std::string(symbology.name));
-  add_own_options(app, parsed);
-  add_common_options(app, parsed);
-  app.footer("Data that begins with - stands behind --, as in korvex draw " + std::string(symbology.name) +
-             " -o label.png -- -1.");
-  if (!parse(app, rest)) return std::nullopt;
+  CommandLine line("korvex draw " + std::string(symbology.name),
+                   "Draws " + std::string(symbology.title) + " (" + std::string(symbology.standard) +
+                       ").\nIt takes " + std::string(symbology.takes) + ".",
+                   "Data that begins with - stands behind --, as in korvex draw " +
+                       std::string(symbology.name) + " -o label.png -- -1.");
+  add_own_options(line, parsed);
+  add_common_options(line, parsed);
+  if (!line.parse(rest)) return std::nullopt;
   return parsed;
 }
 

@@ -1,7 +1,7 @@
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "command_line.hpp"
 #include "commands.hpp"
 #include "symbologies.hpp"
 
@@ -66,10 +66,10 @@ std::string to_text(const Symbology& symbology) {
 }  // namespace
 
 int list_command(const std::vector<std::string>& arguments) {
-  CLI::App app("Shows every symbology: its name, what it takes and its own options.", "korvex list");
+  CommandLine line("korvex list", "Shows every symbology: its name, what it takes and its own options.");
   bool as_json = false;
-  app.add_flag("--json", as_json, "as a list of JSON objects, for programs");
-  if (!parse(app, arguments)) return 0;
+  line.flag("--json", as_json, {"Options", "as a list of JSON objects, for programs"});
+  if (!line.parse(arguments)) return 0;
 
   if (as_json) {
     ordered_json list = ordered_json::array();

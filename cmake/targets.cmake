@@ -38,10 +38,8 @@ function(korvex_flags target)
   endif()
 endfunction()
 
-# The library itself, shared or static.
-function(korvex_library target kind)
-  add_library(${target} ${kind} ${library_sources})
-  add_library(korvex::${target} ALIAS ${target})
+# What every build of the library has in common.
+function(korvex_library_settings target)
   target_include_directories(${target}
     PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
     PRIVATE ${PROJECT_SOURCE_DIR}/src)
@@ -49,11 +47,24 @@ function(korvex_library target kind)
   set_target_properties(${target} PROPERTIES
     POSITION_INDEPENDENT_CODE ON
     CXX_VISIBILITY_PRESET hidden
-    VISIBILITY_INLINES_HIDDEN ON
+    VISIBILITY_INLINES_HIDDEN ON)
+  korvex_flags(${target})
+endfunction()
+
+# The library itself, shared or static; both are made of the same objects, compiled once.
+function(korvex_library target kind)
+  if(NOT TARGET korvex_objects)
+    add_library(korvex_objects OBJECT ${library_sources})
+    korvex_library_settings(korvex_objects)
+  endif()
+  add_library(${target} ${kind} $<TARGET_OBJECTS:korvex_objects>)
+  add_library(korvex::${target} ALIAS ${target})
+  korvex_library_settings(${target})
+  set_target_properties(${target} PROPERTIES
     OUTPUT_NAME korvex
+    LINKER_LANGUAGE CXX
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR})
-  korvex_flags(${target})
 endfunction()
 
 # A GoogleTest program test_<name> of all .cpp files in the current folder, labelled with its name.

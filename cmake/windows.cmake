@@ -27,7 +27,7 @@ if(KORVEX_CLI)
 
   file(GLOB command_sources CONFIGURE_DEPENDS cli/call/*.cpp)
   list(FILTER command_sources EXCLUDE REGEX "(_linked|_memory)\\.cpp$")
-  add_executable(korvex-cli ${command_sources} cli/main_gdi.cpp cli/call_command.cpp cli/parse.cpp cli/words.cpp)
+  add_executable(korvex-cli ${command_sources} cli/main_gdi.cpp cli/call_command.cpp cli/command_line.cpp cli/words.cpp)
   target_include_directories(korvex-cli PRIVATE cli include)
   target_include_directories(korvex-cli SYSTEM PRIVATE ${host_headers})
   target_link_libraries(korvex-cli PRIVATE gdi32)

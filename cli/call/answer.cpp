@@ -29,7 +29,7 @@ void append_hexadecimal(std::string& text, std::span<const std::uint8_t> bytes) 
 class Answer {
  public:
   explicit Answer(const Request& request) {
-    if (request.id) add("id", request.id->dump());
+    if (!request.id.empty()) add("id", request.id);
   }
 
   /// `json` is written as it is.
@@ -40,10 +40,7 @@ class Answer {
     text_ += json;
   }
   void add(std::string_view key, int number) { add(key, std::to_string(number)); }
-  void add_string(std::string_view key, std::string_view text) {
-    using nlohmann::json;
-    add(key, json(text).dump(-1, ' ', false, json::error_handler_t::replace));
-  }
+  void add_string(std::string_view key, std::string_view text) { add(key, json_string(text)); }
   /// `append(text, index)` writes each of the `count` items of a list.
   template <class Append>
   void add_list(std::string_view key, int count, Append append) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <nlohmann/json.hpp>
 
 #include "words.hpp"
 
@@ -15,10 +16,6 @@ using nlohmann::json;
 constexpr int kDeepest = 100;  // nesting of a line; writing an id back goes one call deeper a level
 constexpr std::size_t kKeyCharacters = sizeof(QR_Params::private_key);
 constexpr int kMostBytes = std::numeric_limits<std::int16_t>::max();
-
-std::string in_quotes(std::string_view text) {
-  return json(text).dump(-1, ' ', false, json::error_handler_t::replace);
-}
 
 /// The names of a table's rows, as a sentence lists them.
 template <class Row>
@@ -66,7 +63,7 @@ std::string from_hexadecimal(const std::string& name, const std::string& digits)
     const int high = hexadecimal_value(digits[at]);
     const int low = hexadecimal_value(digits[at + 1]);
     if (high < 0 || low < 0) {
-      throw BadLine(name + ".hex has " + in_quotes(digits.substr(at, 2)) + " at position " +
+      throw BadLine(name + ".hex has " + json_string(digits.substr(at, 2)) + " at position " +
                     std::to_string(at + 1) + "; only the digits 0-9 and a-f make a byte");
     }
     bytes.push_back(static_cast<char>(high * 16 + low));
@@ -186,6 +183,10 @@ bool read_trace(const json& value) {
 
 }  // namespace
 
+std::string json_string(std::string_view text) {
+  return json(text).dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
 std::span<const std::uint8_t> Request::bytes(std::string_view field) const {
   const auto block = std::ranges::find(blocks, field, &Block::field);
   if (block == blocks.end()) return {};
@@ -195,11 +196,11 @@ std::span<const std::uint8_t> Request::bytes(std::string_view field) const {
 void read_request(std::string_view line, Request& request) {
   json object = parse(line);
   if (!object.is_object()) throw BadLine("a request is a JSON object");
-  if (const auto id = object.find("id"); id != object.end()) request.id = std::move(*id);
+  if (const auto id = object.find("id"); id != object.end()) request.id = id->dump();
 
   for (const auto& [key, value] : object.items()) {
     if (key != "id" && key != "export" && key != "params" && key != "trace") {
-      throw BadLine("unknown key " + in_quotes(key) + "; a request has export, params, id and trace");
+      throw BadLine("unknown key " + json_string(key) + "; a request has export, params, id and trace");
     }
   }
   if (!object.contains("export")) throw BadLine("export is missing");
@@ -212,7 +213,7 @@ void read_request(std::string_view line, Request& request) {
   const json& params = object["params"];
   for (const auto& [key, value] : params.items()) {
     if (find_field(*request.target, key) == nullptr) {
-      throw BadLine("unknown key " + in_quotes(key) + " in params; " + std::string(request.target->name) +
+      throw BadLine("unknown key " + json_string(key) + " in params; " + std::string(request.target->name) +
                     " takes " + names_of(request.target->fields));
     }
   }

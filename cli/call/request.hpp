@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -30,7 +29,7 @@ struct Block {
 };
 
 struct Request {
-  std::optional<nlohmann::json> id;  ///< what the answer echoes
+  std::string id;  ///< JSON that the answer echoes; empty when there is none
   const Export* target = nullptr;
   Record record{};            ///< its pointers lead into `blocks`
   std::vector<Block> blocks;  ///< one for every bytes and text field of the record
@@ -39,6 +38,9 @@ struct Request {
   /// The bytes of a field, empty when the record has no such field.
   [[nodiscard]] std::span<const std::uint8_t> bytes(std::string_view field) const;
 };
+
+/// `text` as a JSON string; bytes that are no UTF-8 become U+FFFD.
+std::string json_string(std::string_view text);
 
 /// Reads a line into `request`, the id first, so that it is there even for a line that is refused.
 /// Throws BadLine.

@@ -1,11 +1,10 @@
+#include "command_line.hpp"
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
-#include <string_view>
-#include <vector>
 
-#include "commands.hpp"
 #include "failure.hpp"
 #include "words.hpp"
 
@@ -56,9 +55,58 @@ std::string unexpected(const CLI::App& app, const std::vector<std::string>& argu
   return sentence + (meant.empty() ? help : "did you mean " + std::string(meant) + "?");
 }
 
+void put_into_help(CLI::Option& option, const OptionHelp& help) {
+  option.type_name(std::string(help.placeholder))->group(std::string(help.group));
+}
+
 }  // namespace
 
-bool parse(CLI::App& app, const std::vector<std::string>& arguments) {
+struct CommandLine::Parser {
+  CLI::App app;
+};
+
+CommandLine::CommandLine(const std::string& name, const std::string& description, const std::string& footer)
+    : parser_(new Parser{CLI::App(description, name)}) {
+  parser_->app.footer(footer);
+}
+
+CommandLine::~CommandLine() = default;
+
+void CommandLine::positional(const std::string& name, std::optional<std::string>& value,
+                             std::string_view help) {
+  parser_->app.add_option(name, value, std::string(help))->type_name("");
+}
+
+void CommandLine::positionals(const std::string& name, std::vector<std::string>& values,
+                              std::string_view help) {
+  parser_->app.add_option(name, values, std::string(help));
+}
+
+void CommandLine::flag(const std::string& name, bool& value, const OptionHelp& help) {
+  parser_->app.add_flag(name, value, std::string(help.help))->group(std::string(help.group));
+}
+
+void CommandLine::flag(const std::string& name, const std::function<void()>& given, const OptionHelp& help) {
+  parser_->app.add_flag_callback(name, given, std::string(help.help))->group(std::string(help.group));
+}
+
+void CommandLine::option(const std::string& name, std::string& value, const OptionHelp& help) {
+  put_into_help(*parser_->app.add_option(name, value, std::string(help.help)), help);
+}
+
+void CommandLine::option(const std::string& name, const std::function<void(const std::string&)>& given,
+                         const OptionHelp& help) {
+  put_into_help(*parser_->app.add_option_function<std::string>(name, given, std::string(help.help)), help);
+}
+
+void CommandLine::repeated(const std::string& name, std::vector<std::string>& values,
+                           const OptionHelp& help) {
+  put_into_help(*parser_->app.add_option(name, values, std::string(help.help))->allow_extra_args(false),
+                help);
+}
+
+bool CommandLine::parse(const std::vector<std::string>& arguments) {
+  CLI::App& app = parser_->app;
   app.get_formatter()->column_width(kNameColumns);
   app.set_help_flag("-h,--help", "print this help");
   for (CLI::Option* const option : app.get_options()) option->description(wrapped(option->get_description()));
