@@ -44,8 +44,8 @@ std::optional<Error> check_postal_code(const Options& options) {
 std::optional<Error> check(const Options& options, std::span<const std::uint8_t> message) {
   const bool carrier = options.mode == Mode::carrier_numeric || options.mode == Mode::carrier_alphanumeric;
   if (!carrier && options.mode != Mode::standard && options.mode != Mode::reader_programming) {
-    return bad(Code::bad_parameter,
-               "The mode is " + std::to_string(static_cast<int>(options.mode)) + "; there are 2, 3, 4 and 6.");
+    return bad(Code::bad_parameter, "The mode is " + std::to_string(static_cast<int>(options.mode)) +
+                                        "; there are 2, 3, 4 and 6.");
   }
   if (auto error = out_of_range("The number of symbols", options.total, 1, 8)) return error;
   if (auto error = out_of_range("The position in the series", options.position, 1, options.total))

@@ -48,7 +48,8 @@ std::optional<Error> find_append_fault(const Options& options) {
   }
   if (append.index < 1 || append.index > append.count) {
     return bad_parameter("Position " + to_string(append.index) + " is not in a series of " +
-                         to_string(append.count) + "; positions run from 1 to " + to_string(append.count) + ".");
+                         to_string(append.count) + "; positions run from 1 to " + to_string(append.count) +
+                         ".");
   }
   if (options.type != SymbolType::model1 && options.type != SymbolType::model2) {
     return bad_parameter(std::string(type_name(options.type)) +
@@ -74,7 +75,8 @@ std::optional<Error> find_fault(const Options& options, std::span<const std::uin
   const int versions = version_count(options.type);
   if (options.version < 0 || options.version > versions) {
     return bad_parameter("Version " + to_string(options.version) + " is not one of " +
-                         type_name(options.type) + "; there are 1 to " + to_string(versions) + ", or 0 to choose.");
+                         type_name(options.type) + "; there are 1 to " + to_string(versions) +
+                         ", or 0 to choose.");
   }
   if (options.rmqr_rows != 0 && std::ranges::count(kRmqrRows, options.rmqr_rows) == 0) {
     return bad_parameter("rMQR has no symbol of " + to_string(options.rmqr_rows) +

@@ -69,7 +69,8 @@ Result<std::vector<Symbol>> encode_series(const Options& options, std::span<cons
                          " symbols; it has 2 to 16, or 0 for as few as hold the data.");
   }
   if (static_cast<std::size_t>(symbols) > data.size()) {
-    return bad_parameter("The data of " + std::to_string(data.size()) + (data.size() == 1 ? " byte" : " bytes") + " cannot fill " + std::to_string(symbols) +
+    return bad_parameter("The data of " + std::to_string(data.size()) +
+                         (data.size() == 1 ? " byte" : " bytes") + " cannot fill " + std::to_string(symbols) +
                          " symbols; each needs a character.");
   }
   if (symbols != 0) return encode_parts(options, data, symbols);
