@@ -94,7 +94,7 @@ void print_general_help() {
       "Draws a symbol into files or in the terminal.\n\nUsage: korvex draw SYMBOLOGY [DATA] [-o FILE]...\n\n"
       "Symbologies (korvex draw SYMBOLOGY --help shows the options of each):\n");
   for (const Symbology& symbology : symbologies()) {
-    std::printf("  %-18s %s\n", symbology.name.data(), symbology.title.data());
+    std::printf("  %-20s %s\n", symbology.name.data(), symbology.title.data());
   }
   std::printf(
       "\nExamples:\n"

@@ -43,7 +43,7 @@ std::string usage(const Option& option) {
 }
 
 std::string to_text(const Symbology& symbology) {
-  constexpr std::size_t kIndent = 18;
+  constexpr std::size_t kIndent = 22;
   constexpr std::size_t kWidth = 100;
   std::string text(symbology.name);
   text.append(text.size() < kIndent ? kIndent - text.size() : 1, ' ');
