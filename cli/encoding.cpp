@@ -2,7 +2,6 @@
 
 #include <iconv.h>
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -19,7 +18,7 @@ struct Close {
 
 std::optional<std::string> converted(std::string_view utf8, const char* encoding) {
   const iconv_t opened = iconv_open(encoding, "UTF-8");
-  if (opened == std::bit_cast<iconv_t>(std::intptr_t{-1})) {
+  if (reinterpret_cast<std::intptr_t>(opened) == -1) {
     throw Failure(std::string("This system cannot convert text to ") + encoding + '.');
   }
   const std::unique_ptr<std::remove_pointer_t<iconv_t>, Close> converter(opened);

@@ -77,5 +77,6 @@ function(korvex_test name)
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(test_${name} PRIVATE korvex_static GTest::gtest_main ${ARGN})
   korvex_flags(test_${name})
+  target_compile_options(test_${name} PRIVATE $<$<CONFIG:Release>:-O1>)  # the library is what is to be fast
   gtest_discover_tests(test_${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${name})
 endfunction()
