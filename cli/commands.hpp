@@ -8,6 +8,7 @@
 namespace korvex::cli {
 
 int draw_command(const std::vector<std::string>& arguments);
+int batch_command(const std::vector<std::string>& arguments);
 int list_command(const std::vector<std::string>& arguments);
 int call_command(const std::vector<std::string>& arguments);
 

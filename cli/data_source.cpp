@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "escapes.hpp"
 #include "failure.hpp"
 #include "files.hpp"
 #include "words.hpp"
@@ -38,24 +39,27 @@ std::string from_hexadecimal(std::string_view digits) {
 
 }  // namespace
 
-std::string read_data(const std::optional<std::string>& argument, const std::string& file,
-                      bool is_hexadecimal) {
+std::string read_data(const std::optional<std::string>& argument, const std::string& file) {
   if (argument && !file.empty()) {
     throw UsageError("The data is given twice, as an argument and with --data-file.");
   }
-  std::string data;
-  if (argument) {
-    data = *argument;
-  } else if (!file.empty()) {
-    data = read_file(file);
-  } else if (isatty(STDIN_FILENO) != 0) {
+  if (argument) return *argument;
+  if (!file.empty()) return read_file(file);
+  if (isatty(STDIN_FILENO) != 0) {
     throw UsageError(
         "No data is given; it stands behind the symbology, in --data-file or on standard input.");
-  } else {
-    data = read_file("-");
-    drop_line_ending(data);
   }
-  return is_hexadecimal ? from_hexadecimal(data) : data;
+  std::string data = read_file("-");
+  drop_line_ending(data);
+  return data;
+}
+
+std::string decoded_data(const std::string& data, const DrawSettings& settings) {
+  if (settings.has_escapes && settings.is_hexadecimal) {
+    throw UsageError("--hex has no use for names of control characters; --escapes does not go with it.");
+  }
+  if (settings.is_hexadecimal) return from_hexadecimal(data);
+  return settings.has_escapes ? with_escapes(data) : data;
 }
 
 }  // namespace korvex::cli

@@ -33,15 +33,23 @@ void add_own_options(CommandLine& line, DrawArguments& arguments) {
   }
 }
 
+void add_settings(CommandLine& line, DrawSettings& settings, std::string_view group) {
+  for (const Setting& setting : all_settings()) {
+    if (setting.group != group) continue;
+    const OptionHelp shown{setting.group, setting.help, setting.placeholder};
+    if (setting.flag != nullptr) {
+      line.flag(std::string(setting.name), settings.*setting.flag, shown);
+    } else {
+      line.option(std::string(setting.name), settings.*setting.text, shown);
+    }
+  }
+}
+
 void add_common_options(CommandLine& line, DrawArguments& arguments) {
   line.positional("DATA", arguments.data, "the data; from --data-file or standard input when left out");
   line.option("--data-file", arguments.data_file,
               {"Data", "take the data from a file, byte for byte", "FILE"});
-  line.flag("--hex", arguments.is_hexadecimal, {"Data", "the data is hexadecimal, two digits a byte"});
-  line.flag("--escapes", arguments.has_escapes,
-            {"Data",
-             "the data has names of control characters in braces, such as {GS} and {EOT}; {{ is a "
-             "brace"});
+  add_settings(line, arguments.settings, "Data");
 
   line.repeated("-o,--output", arguments.outputs,
                 {"Output",
@@ -51,22 +59,14 @@ void add_common_options(CommandLine& line, DrawArguments& arguments) {
   line.option("--format", arguments.format,
               {"Output", "what a file is whose name does not say: " + format_names(), "FORMAT"});
   line.flag("--verbose", arguments.is_verbose, {"Output", "say on standard error what was chosen"});
-
-  line.option("--module", arguments.module,
-              {"Picture", "a module in pixels (4), or in millimetres as in 0.33mm", "SIZE"});
-  line.option("--dpi", arguments.dots_per_inch,
-              {"Picture", "dots per inch; millimetres are rounded to whole dots", "N"});
-  line.option("--quiet-zone", arguments.quiet_zone,
-              {"Picture", "light modules on every side (what the standard asks for)", "N"});
-  line.option("--foreground", arguments.foreground, {"Picture", "'#rrggbb', black or white", "COLOUR"});
-  line.option("--background", arguments.background,
-              {"Picture", "'#rrggbb', black, white or transparent", "COLOUR"});
+  add_settings(line, arguments.settings, "Picture");
 }
 
 /// Whether an option of any symbology stands alone, so that no value follows it.
 bool is_flag(std::string_view name) {
-  if (name == "--hex" || name == "--escapes" || name == "--verbose" || name == "--help" || name == "-h")
-    return true;
+  if (name == "--verbose" || name == "--help" || name == "-h") return true;
+  const auto setting = std::ranges::find(all_settings(), name, &Setting::name);
+  if (setting != all_settings().end()) return setting->flag != nullptr;
   return std::ranges::any_of(symbologies(), [&](const Symbology& symbology) {
     const auto option = std::ranges::find(symbology.options, name, &Option::name);
     return option != symbology.options.end() && option->is_flag();

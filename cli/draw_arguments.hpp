@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "draw_settings.hpp"
 #include "options.hpp"
 #include "symbologies.hpp"
 
@@ -14,17 +15,11 @@ namespace korvex::cli {
 struct DrawArguments {
   const Symbology* symbology = nullptr;
   OptionValues options;  ///< of the symbology's own options
+  DrawSettings settings;
   std::optional<std::string> data;
   std::string data_file;
-  bool is_hexadecimal = false;
-  bool has_escapes = false;
   std::vector<std::string> outputs;
   std::string format;
-  std::string module;
-  std::string dots_per_inch;
-  std::string quiet_zone;
-  std::string foreground = "black";
-  std::string background = "white";
   bool is_verbose = false;
 };
 

@@ -4,12 +4,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <string_view>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "failure.hpp"
@@ -55,57 +58,10 @@ bool write_all(int descriptor, std::string_view bytes) {
 /// Where a link leads, so that it stays a link; the path itself when it is none (or a broken one).
 std::filesystem::path end_of_links(const std::string& path) {
   std::error_code error;
+  if (!std::filesystem::is_symlink(path, error)) return path;
   std::filesystem::path end = std::filesystem::canonical(path, error);
   return error ? std::filesystem::path(path) : end;
 }
-
-/// A written file that still has another name, beside its own so that the file system is the same. Unless it
-/// is renamed it goes away with the object.
-class Draft {
- public:
-  explicit Draft(const OutputFile& file) : target_(end_of_links(file.path)) {
-    for (int attempt = 0;; ++attempt) {
-      const std::string name = ".korvex-" + std::to_string(getpid()) + "-" + std::to_string(attempt) + ".tmp";
-      path_ = target_.parent_path() / name;
-      Descriptor descriptor(open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-      if (descriptor.number() < 0 && errno == EEXIST) continue;
-      if (descriptor.number() < 0) fail("write", file.path);
-      exists_ = true;
-      keep_permissions(descriptor.number());
-      if (!write_all(descriptor.number(), file.bytes) || !descriptor.close()) {
-        const int error = errno;
-        remove();
-        errno = error;
-        fail("write", file.path);
-      }
-      return;
-    }
-  }
-  ~Draft() { remove(); }
-  Draft(Draft&& other) noexcept
-      : target_(std::move(other.target_)),
-        path_(std::move(other.path_)),
-        exists_(std::exchange(other.exists_, false)) {}
-  Draft& operator=(Draft&&) = delete;
-
-  void rename() {
-    if (std::rename(path_.c_str(), target_.c_str()) != 0) fail("write", target_.string());
-    exists_ = false;
-  }
-
- private:
-  void keep_permissions(int descriptor) const {
-    struct stat old {};
-    if (stat(target_.c_str(), &old) == 0) (void)!fchmod(descriptor, old.st_mode & 07777);
-  }
-  void remove() {
-    if (std::exchange(exists_, false)) unlink(path_.c_str());
-  }
-
-  std::filesystem::path target_;
-  std::filesystem::path path_;
-  bool exists_ = false;
-};
 
 /// What a path leads to: something to replace, or something to write into.
 enum class Target { file, stream };
@@ -151,18 +107,132 @@ std::string read_file(const std::string& path) {
   }
 }
 
-void write_files(const std::vector<OutputFile>& files) {
-  std::vector<Draft> drafts;
-  std::vector<const OutputFile*> streams;
+Draft::Draft(const std::string& path) : shown_path_(path), target_(end_of_links(path)) {
+  static std::atomic<unsigned> count = 0;  // of drafts in this process, whichever thread makes them
+  do {
+    path_ = target_.parent_path() /
+            (".korvex-" + std::to_string(getpid()) + "-" + std::to_string(count++) + ".tmp");
+    descriptor_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  } while (descriptor_ < 0 && errno == EEXIST);  // a killed program left it behind
+  if (descriptor_ < 0) fail("write", path);
+  exists_ = true;
+  struct stat old {};
+  if (stat(target_.c_str(), &old) == 0) (void)!fchmod(descriptor_, old.st_mode & 07777);
+}
+
+Draft::~Draft() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+  if (exists_) unlink(path_.c_str());
+}
+
+Draft::Draft(Draft&& other) noexcept
+    : shown_path_(std::move(other.shown_path_)),
+      target_(std::move(other.target_)),
+      path_(std::move(other.path_)),
+      descriptor_(std::exchange(other.descriptor_, -1)),
+      exists_(std::exchange(other.exists_, false)) {}
+
+void Draft::give_up() {
+  const int error = errno;
+  if (std::exchange(exists_, false)) unlink(path_.c_str());
+  errno = error;
+  fail("write", shown_path_);
+}
+
+void Draft::append(std::string_view bytes) {
+  if (!write_all(descriptor_, bytes)) give_up();
+}
+
+void Draft::close() {
+  if (::close(std::exchange(descriptor_, -1)) != 0) give_up();
+}
+
+void Draft::rename() {
+  if (std::rename(path_.c_str(), target_.c_str()) != 0) give_up();
+  exists_ = false;
+}
+
+namespace {
+
+struct Written {
+  std::vector<Draft> drafts;               // still to be renamed
+  std::vector<const OutputFile*> streams;  // still to be written
+};
+
+Written written(const std::vector<OutputFile>& files) {
+  Written all;
   for (const OutputFile& file : files) {
     if (target_of(file.path) == Target::stream) {
-      streams.push_back(&file);
-    } else {
-      drafts.emplace_back(file);
+      all.streams.push_back(&file);
+      continue;
     }
+    Draft& draft = all.drafts.emplace_back(file.path);
+    draft.append(file.bytes);
+    draft.close();
   }
-  for (const OutputFile* const file : streams) write_stream(*file);
-  for (Draft& draft : drafts) draft.rename();
+  return all;
+}
+
+timespec time_of(const struct stat& status) {
+  return status.st_mtim;
+}
+
+bool is_before(const timespec& a, const timespec& b) {
+  return std::pair(a.tv_sec, a.tv_nsec) < std::pair(b.tv_sec, b.tv_nsec);
+}
+
+}  // namespace
+
+void write_files(const std::vector<OutputFile>& files) {
+  Written all = written(files);
+  for (const OutputFile* const file : all.streams) write_stream(*file);
+  for (Draft& draft : all.drafts) draft.rename();
+}
+
+RunFiles::RunFiles(const std::string& folder) : folder_(folder) {
+  // File systems count time in steps; a step that begins now parts this run's files from all earlier ones.
+  const std::string path = folder + "/.korvex-" + std::to_string(getpid()) + "-clock.tmp";
+  const Descriptor probe(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+  if (probe.number() < 0) fail("write into", folder);
+  unlink(path.c_str());
+  struct stat status {};
+  const auto touch = [&] {
+    return futimens(probe.number(), nullptr) == 0 && fstat(probe.number(), &status) == 0;
+  };
+  bool is_good = touch();
+  const timespec first = time_of(status);
+  constexpr int kMostTries = 3000;  // of a millisecond; some file systems count whole seconds or two
+  for (int tries = 0; is_good && !is_before(first, time_of(status)) && tries < kMostTries; ++tries) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    is_good = touch();
+  }
+  if (!is_good) fail("write into", folder);
+  began_ = time_of(status);
+}
+
+bool RunFiles::is_of_this_run(const std::filesystem::path& path) const {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && !is_before(time_of(status), began_);
+}
+
+void RunFiles::write(const std::vector<OutputFile>& files) {
+  for (const OutputFile& file : files) {
+    const std::filesystem::path folder = std::filesystem::path(file.path).parent_path();
+    if (folder == folder_) continue;
+    std::error_code error;  // what went wrong shows when the file is opened
+    std::filesystem::create_directories(folder, error);
+  }
+  Written all = written(files);
+  if (!all.streams.empty()) {
+    throw Failure("Cannot write " + printable(all.streams.front()->path) + ": it is no file.");
+  }
+  const std::lock_guard lock(renaming_);
+  for (const Draft& draft : all.drafts) {
+    if (!is_of_this_run(draft.target())) continue;
+    throw Failure("Another symbol of this list has the file " + printable(draft.target().string()) +
+                  " already.");
+  }
+  for (Draft& draft : all.drafts) draft.rename();
 }
 
 }  // namespace korvex::cli

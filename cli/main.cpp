@@ -29,6 +29,7 @@ struct Command {
 constexpr std::array kCommands = {
     Command{"draw", "draw SYMBOLOGY [DATA] [-o FILE]...", "draw a symbol into files or in the terminal",
             draw_command},
+    Command{"batch", "batch JOBS -o DIR", "draw a symbol for every line of a list", batch_command},
     Command{"list", "list [--json]", "show every symbology, what it takes and its options", list_command},
     Command{"call", "call [FILE]...", "call the library's exports, JSON Lines in and out", call_command},
 };

@@ -18,23 +18,34 @@ double room_below(const Text& text) {
 
 }  // namespace
 
-std::vector<Box> dark_boxes(const Picture& picture) {
+std::vector<Box> dark_boxes(const Picture& picture, const Reduction& reduction) {
   if (picture.shapes) return {};
   const ModuleMatrix& modules = picture.modules;
   std::vector<Box> boxes;
-  double top = 0;
-  for (int row = 0; row < modules.rows(); ++row) {
-    const double height = picture.row_heights[static_cast<std::size_t>(row)];
+  // A strip of a row, dark where the neighbour that it borders on is dark too.
+  const auto add_strip = [&](int row, int neighbour, double top, double bottom) {
+    if (neighbour < 0 || neighbour >= modules.rows() || bottom <= top) return;
+    const auto is_dark = [&](int column) {
+      return column < modules.columns() && modules.dark(row, column) && modules.dark(neighbour, column);
+    };
     const bool may_be_long = picture.long_bars && row + 1 == modules.rows();
     for (int column = 0; column < modules.columns(); ++column) {
-      if (!modules.dark(row, column)) continue;
+      if (!is_dark(column)) continue;
       const int first = column;
-      while (column < modules.columns() && modules.dark(row, column)) ++column;
+      while (is_dark(column)) ++column;
       const bool is_long = may_be_long && picture.long_bars->modules.dark(0, first);
-      boxes.push_back({static_cast<double>(first), top, static_cast<double>(column - first),
-                       height + (is_long ? picture.long_bars->extra : 0)});
+      boxes.push_back({first + reduction.before, top, column - first - reduction.total(),
+                       bottom - top + (is_long ? picture.long_bars->extra : 0)});
     }
-    top += height;
+  };
+  const Reduction lower = modules.rows() > 1 ? reduction : Reduction{};
+  double top = 0;
+  for (int row = 0; row < modules.rows(); ++row) {
+    const double bottom = top + picture.row_heights[static_cast<std::size_t>(row)];
+    add_strip(row, row - 1, top, top + lower.before);
+    add_strip(row, row, top + lower.before, bottom - lower.after);
+    add_strip(row, row + 1, bottom - lower.after, bottom);
+    top = bottom;
   }
   return boxes;
 }

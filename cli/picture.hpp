@@ -53,8 +53,17 @@ struct Picture {
   Margins quiet_zone;  ///< light, around the symbol; text below or above the bars lies outside it
 };
 
-/// Everything that is dark but for shapes: whole runs of modules in each row, top row first.
-std::vector<Box> dark_boxes(const Picture& picture);
+/// How much of every dark area is left out, against ink that spreads, in modules: less than one in all.
+struct Reduction {
+  double before = 0;  ///< at left and upper edges
+  double after = 0;   ///< at right and lower edges
+
+  [[nodiscard]] double total() const { return before + after; }
+};
+
+/// Everything that is dark but for shapes: whole runs of modules in each row, top row first. A reduction
+/// makes bars narrower, and the modules of symbols of several rows lower too.
+std::vector<Box> dark_boxes(const Picture& picture, const Reduction& reduction = {});
 
 /// The symbol, its quiet zone and its texts; in whole modules, so that the symbol stays on their grid.
 Box bounds(const Picture& picture);

@@ -42,11 +42,45 @@ ModuleMatrix enlarged(const ModuleMatrix& pixels, int times) {
 
 }  // namespace
 
-std::vector<Point> hexagon_corners(Point centre) {
-  const auto corner = [&](double x, double y) { return Point{centre.x + x, centre.y + y}; };
+std::vector<Point> hexagon_corners(Point centre, double width) {
+  const auto corner = [&](double x, double y) { return Point{centre.x + width * x, centre.y + width * y}; };
   const double shoulder = kHalfHeight / 2;
   return {corner(0, -kHalfHeight), corner(kHalfWidth, -shoulder), corner(kHalfWidth, shoulder),
           corner(0, kHalfHeight),  corner(-kHalfWidth, shoulder), corner(-kHalfWidth, -shoulder)};
+}
+
+std::vector<Ring> narrower(std::vector<Ring> rings, double reduction) {
+  for (Ring& ring : rings) {
+    if (ring.inner > 0) ring.inner += reduction / 2;
+    ring.outer -= reduction / 2;
+  }
+  return rings;
+}
+
+ModuleMatrix eroded(const ModuleMatrix& pixels, int before, int after) {
+  const auto all_dark = [](const ModuleMatrix& from, int row, int column, int rows, int columns) {
+    if (row < 0 || column < 0 || row + rows > from.rows() || column + columns > from.columns()) return false;
+    for (int r = row; r < row + rows; ++r) {
+      for (int c = column; c < column + columns; ++c) {
+        if (!from.dark(r, c)) return false;
+      }
+    }
+    return true;
+  };
+  const int reach = before + after + 1;
+  ModuleMatrix narrow(pixels.rows(), pixels.columns());
+  ModuleMatrix low(pixels.rows(), pixels.columns());
+  for (int row = 0; row < pixels.rows(); ++row) {
+    for (int column = 0; column < pixels.columns(); ++column) {
+      if (all_dark(pixels, row, column - before, 1, reach)) narrow.set_dark(row, column, true);
+    }
+  }
+  for (int row = 0; row < pixels.rows(); ++row) {
+    for (int column = 0; column < pixels.columns(); ++column) {
+      if (all_dark(narrow, row - before, column, reach, 1)) low.set_dark(row, column, true);
+    }
+  }
+  return low;
 }
 
 ModuleMatrix pixels_of(const Shapes& shapes, int scale) {

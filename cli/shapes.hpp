@@ -29,8 +29,14 @@ struct Shapes {
   int pixels_per_module = 0;  ///< of `pixels`
 };
 
-/// The six corners of a hexagon, clockwise from the top.
-std::vector<Point> hexagon_corners(Point centre);
+/// The six corners of a hexagon of a width in modules, clockwise from the top.
+std::vector<Point> hexagon_corners(Point centre, double width = 1);
+
+/// Rings whose dark part is so many modules narrower.
+std::vector<Ring> narrower(std::vector<Ring> rings, double reduction);
+
+/// Dark where the pixels from `before` ahead (left and up) to `after` behind are all dark.
+ModuleMatrix eroded(const ModuleMatrix& pixels, int before, int after);
 
 /// The symbol with `scale` pixels a module, dark where a shape covers a pixel's middle. `pixels`, every one
 /// of them enlarged, where the scale allows that.

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "failure.hpp"
+#include "options.hpp"
 #include "words.hpp"
 
 namespace korvex::cli {
@@ -29,6 +30,17 @@ std::optional<Color> parse_color(std::string_view option_name, std::string_view 
   }
   return Color{static_cast<std::uint8_t>(rgb >> 16), static_cast<std::uint8_t>(rgb >> 8),
                static_cast<std::uint8_t>(rgb)};
+}
+
+Reduction bar_width_reduction(std::string_view dots, const ModuleSize& module) {
+  if (dots.empty()) return {};
+  if (!module.pixels && module.millimetres) {
+    throw UsageError("--bwr counts dots; a module in millimetres has them only with --dpi.");
+  }
+  const int pixels = pixels_of(module);
+  const int reduced = whole_number("--bwr", dots, 0, pixels - 1);
+  const int before = reduced / 2;
+  return {static_cast<double>(before) / pixels, static_cast<double>(reduced - before) / pixels};
 }
 
 }  // namespace korvex::cli

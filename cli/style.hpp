@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "measure.hpp"
+#include "picture.hpp"
 
 namespace korvex::cli {
 
@@ -26,8 +27,13 @@ struct Color {
 std::optional<Color> parse_color(std::string_view option_name, std::string_view text,
                                  bool may_be_transparent);
 
+/// Reads `--bwr`, a number of dots less than a module has; nothing when it is empty. Throws UsageError, also
+/// when the dots of a module are not known.
+Reduction bar_width_reduction(std::string_view dots, const ModuleSize& module);
+
 struct Style {
   ModuleSize module;
+  Reduction reduction;
   Color foreground{0, 0, 0};
   std::optional<Color> background = Color{255, 255, 255};  ///< nothing: transparent
 };

@@ -14,14 +14,16 @@ void set_source(cairo_t* context, const Color& color) {
   cairo_set_source_rgb(context, color.red / 255.0, color.green / 255.0, color.blue / 255.0);
 }
 
-void add_shapes(cairo_t* context, const Shapes& shapes) {
+void add_shapes(cairo_t* context, const Shapes& shapes, double reduction) {
   for (const Point& centre : shapes.hexagons) {
-    for (const Point& corner : hexagon_corners(centre)) cairo_line_to(context, corner.x, corner.y);
+    for (const Point& corner : hexagon_corners(centre, 1 - reduction)) {
+      cairo_line_to(context, corner.x, corner.y);
+    }
     cairo_close_path(context);
     cairo_new_sub_path(context);
   }
   // The inner circle runs against the outer one, so that what is inside stays light.
-  for (const auto& [centre, inner, outer] : shapes.rings) {
+  for (const auto& [centre, inner, outer] : narrower(shapes.rings, reduction)) {
     cairo_new_sub_path(context);
     cairo_arc(context, centre.x, centre.y, outer, 0, 2 * std::numbers::pi);
     cairo_new_sub_path(context);
@@ -48,13 +50,13 @@ void draw_on_page(cairo_t* context, const Picture& picture, const Style& style) 
     cairo_fill(context);
   }
   set_source(context, style.foreground);
-  for (const Box& box : dark_boxes(picture)) {
+  for (const Box& box : dark_boxes(picture, style.reduction)) {
     cairo_rectangle(context, box.left - whole.left, box.top - whole.top, box.width, box.height);
   }
   if (picture.shapes) {
     cairo_save(context);
     cairo_translate(context, -whole.left, -whole.top);
-    add_shapes(context, *picture.shapes);
+    add_shapes(context, *picture.shapes, style.reduction.total());
     cairo_restore(context);
   }
   cairo_fill(context);

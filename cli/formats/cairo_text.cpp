@@ -75,6 +75,12 @@ void check(cairo_status_t status) {
   }
 }
 
+void draw_line(cairo_t* context, const std::string& characters, const Box& box) {
+  choose_font(context);
+  draw_centred(context, characters, measure_digit(context), box);
+  check(cairo_status(context));
+}
+
 void draw_texts(cairo_t* context, const Picture& picture, double unit, bool on_pixels) {
   if (picture.texts.empty()) return;
   const Box whole = bounds(picture);

@@ -22,9 +22,10 @@ Shades background(int width, int height) {
   return shades;
 }
 
-void draw_bars(Shades& shades, const Picture& picture, const Box& whole, int scale) {
+void draw_bars(Shades& shades, const Picture& picture, const Reduction& reduction, const Box& whole,
+               int scale) {
   const auto pixel = [scale](double modules) { return static_cast<int>(std::lround(modules * scale)); };
-  for (const Box& box : dark_boxes(picture)) {
+  for (const Box& box : dark_boxes(picture, reduction)) {
     const int left = pixel(box.left - whole.left);
     const int right = pixel(box.right() - whole.left);
     const int bottom = pixel(box.bottom() - whole.top);
@@ -34,8 +35,11 @@ void draw_bars(Shades& shades, const Picture& picture, const Box& whole, int sca
   }
 }
 
-void draw_shapes(Shades& shades, const Shapes& shapes, const Box& whole, int scale) {
-  const ModuleMatrix pixels = pixels_of(shapes, scale);
+void draw_shapes(Shades& shades, const Shapes& shapes, const Reduction& reduction, const Box& whole,
+                 int scale) {
+  const auto dots = [scale](double modules) { return static_cast<int>(std::lround(modules * scale)); };
+  ModuleMatrix pixels = pixels_of(shapes, scale);
+  if (reduction.total() > 0) pixels = eroded(pixels, dots(reduction.before), dots(reduction.after));
   const auto left = static_cast<int>(std::lround(-whole.left * scale));
   const auto top = static_cast<int>(std::lround(-whole.top * scale));
   const int rows = std::min(pixels.rows(), shades.height - top);
@@ -71,8 +75,8 @@ std::string png(const Picture& picture, const Style& style) {
                   " pixels; a side has from 1 to " + std::to_string(kMostPixels) + ".");
   }
   Shades shades = background(static_cast<int>(width), static_cast<int>(height));
-  draw_bars(shades, picture, whole, scale);
-  if (picture.shapes) draw_shapes(shades, *picture.shapes, whole, scale);
+  draw_bars(shades, picture, style.reduction, whole, scale);
+  if (picture.shapes) draw_shapes(shades, *picture.shapes, style.reduction, whole, scale);
   if (!picture.texts.empty()) draw_texts_on(shades, picture, scale);
   return png_file(shades, !picture.texts.empty(), style);
 }

@@ -51,9 +51,9 @@ std::size_t characters_of(std::string_view utf8) {
   return static_cast<std::size_t>(std::ranges::count_if(utf8, [](char c) { return (c & 0xC0) != 0x80; }));
 }
 
-std::string bars(const Picture& picture, const Box& whole) {
+std::string bars(const Picture& picture, const Reduction& reduction, const Box& whole) {
   std::string path;
-  for (const Box& box : dark_boxes(picture)) {
+  for (const Box& box : dark_boxes(picture, reduction)) {
     path.append("M").append(number(box.left - whole.left)).append(" ").append(number(box.top - whole.top));
     path.append("h").append(number(box.width)).append("v").append(number(box.height));
     path.append("h").append(number(-box.width)).append("z");
@@ -73,18 +73,18 @@ std::string circle(const Point& centre, double radius, int sweep) {
 }
 
 /// A ring's inner circle runs against its outer one, so that what is inside stays light.
-std::string shapes(const Shapes& shapes, const Box& whole) {
+std::string shapes(const Shapes& shapes, double reduction, const Box& whole) {
   const auto moved = [&whole](Point point) { return Point{point.x - whole.left, point.y - whole.top}; };
   std::string path;
   for (const Point& centre : shapes.hexagons) {
     char command = 'M';
-    for (const Point& corner : hexagon_corners(moved(centre))) {
+    for (const Point& corner : hexagon_corners(moved(centre), 1 - reduction)) {
       path += command + point(corner.x, corner.y);
       command = 'L';
     }
     path += 'z';
   }
-  for (const Ring& ring : shapes.rings) {
+  for (const Ring& ring : narrower(shapes.rings, reduction)) {
     path += circle(moved(ring.centre), ring.outer, 1) + circle(moved(ring.centre), ring.inner, 0);
   }
   return path;
@@ -127,10 +127,11 @@ std::string svg(const Picture& picture, const Style& style) {
            attribute("fill", style.background->hexadecimal()) + "/>\n";
   }
   if (picture.shapes) {
-    svg += "<path" + attribute("fill", color) + attribute("d", shapes(*picture.shapes, whole)) + "/>\n";
+    svg += "<path" + attribute("fill", color) +
+           attribute("d", shapes(*picture.shapes, style.reduction.total(), whole)) + "/>\n";
   } else {
     svg += "<path" + attribute("fill", color) + attribute("shape-rendering", "crispEdges") +
-           attribute("d", bars(picture, whole)) + "/>\n";
+           attribute("d", bars(picture, style.reduction, whole)) + "/>\n";
   }
   if (!picture.texts.empty()) {
     svg += "<g" + attribute("fill", color) + attribute("font-family", kFaces) +

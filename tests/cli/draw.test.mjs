@@ -178,3 +178,40 @@ test('without files the symbol is drawn in blocks', () => {
   assert.equal(tooNarrow.status, 1);
   assert.match(tooNarrow.text, /^korvex: The symbol does not fit: it is 57 columns wide and the terminal 40; .*\n$/);
 });
+
+test('bar width reduction takes whole dots off what is dark, and nothing else', () => {
+  const pixelsOf = (png) =>
+    Array.from({ length: png.height }, (_, y) => [...rowOf(png, y)].map((pixel) => pixel === '1'));
+  const darkAt = (pixels, x, y) => pixels[y]?.[x] ?? false;
+  const range = (from, to) => Array.from({ length: to - from + 1 }, (_, i) => from + i);
+  for (const [dots, lower, ...args] of [
+    [1, false, 'code128', 'Korvex', '--no-text'],
+    [2, false, 'ean13', '400638133393', '--no-text'],
+    [1, true, 'qr', 'KORVEX'],
+    [3, true, 'datamatrix', 'KORVEX'],
+    [2, true, 'databar-stacked', '0950110153000'],
+    [1, true, 'maxicode', 'KORVEX'],
+  ]) {
+    const sized = [...args, '--module', args[0] === 'maxicode' ? '8' : '4'];
+    const whole = pixelsOf(pngOf(...sized));
+    const reduced = pixelsOf(pngOf(...sized, '--bwr', `${dots}`));
+    const [before, after] = [dots >> 1, dots - (dots >> 1)];  // at left and upper edges, at right and lower ones
+    reduced.forEach((row, y) => row.forEach((dark, x) => {
+      const expected = range(x - before, x + after).every((u) =>
+        (lower ? range(y - before, y + after) : [y]).every((v) => darkAt(whole, u, v)));
+      assert.equal(dark, expected, `${args[0]}, pixel ${x}, ${y}`);
+    }));
+  }
+  // The same edges in vector output: a dot of four is a quarter of a module.
+  const boxes = (...more) => [...draw('qr', 'KORVEX', '--module', '4', ...more, '--format', 'svg').toString()
+    .matchAll(/M([\d.]+) ([\d.]+)h([\d.]+)v([\d.]+)h/g)].map((box) => box.slice(1).map(Number));
+  const covered = new Set();
+  for (const [left, top, width, height] of boxes('--bwr', '1')) {
+    for (const x of range(left * 4, (left + width) * 4 - 1)) {
+      for (const y of range(top * 4, (top + height) * 4 - 1)) covered.add(`${x},${y}`);
+    }
+  }
+  const pixels = pixelsOf(pngOf('qr', 'KORVEX', '--module', '4', '--bwr', '1'));
+  const dark = pixels.flatMap((row, y) => row.flatMap((pixel, x) => (pixel ? [`${x},${y}`] : [])));
+  assert.deepEqual(covered, new Set(dark));
+});

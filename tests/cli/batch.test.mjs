@@ -1,0 +1,179 @@
+// `korvex batch`: lists of jobs become files and sheets; what fails is reported and stops nothing.
+import assert from 'node:assert/strict';
+import { spawn } from 'node:child_process';
+import { existsSync, readdirSync, readFileSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
+import { setTimeout } from 'node:timers/promises';
+import { test } from 'node:test';
+import { draw, inFolder, korvex, program } from './korvex.mjs';
+
+const lines = (...jobs) => jobs.map((job) => (typeof job === 'string' ? job : JSON.stringify(job))).join('\n');
+const failures = (folder) =>
+  readFileSync(join(folder, 'failed.jsonl'), 'utf8').split('\n').filter(Boolean).map((line) => JSON.parse(line));
+const pictures = (folder) => readdirSync(folder).filter((name) => name !== 'failed.jsonl').sort();
+
+/** Runs a list given as text into out/; returns what the command said, the pictures and the failures. */
+function batch(folder, list, ...args) {
+  const out = join(folder, 'out');
+  const { status, stderr } = korvex(['batch', '-', '-o', out, ...args], { input: list, cwd: folder });
+  return { out, status, stderr, pictures: pictures(out), failed: failures(out) };
+}
+
+test('a job draws what the same options draw, from JSON and from CSV', () =>
+  inFolder((folder) => {
+    writeFileSync(join(folder, 'bytes.bin'), Buffer.from([0, 255, 10]));
+    const json = lines(
+      { id: 'a', symbology: 'qr', data: 'Grüße, "1"', level: 'H', quiet_zone: 2, foreground: '#102030' },
+      { id: 'b', symbology: 'ean13', data: 400638133393, 'no-text': true, module: '3' },
+      { id: 'c', symbology: 'code128', data: '4b 37', hex: true, height: null },
+      { id: 'd', symbology: 'datamatrix', data_file: 'bytes.bin', rect: false });
+    const csv = '\ufeffid,symbology,data,level,quiet_zone,foreground,no_text,module,hex,data_file,rect\r\n' +
+      'a,qr,"Grüße, ""1""",H,2,#102030,,,,,\r\n\r\nb,ean13,400638133393,,,,true,3,,,\r\n' +
+      'c,code128,4b 37,,,,,,yes,,\r\nd,datamatrix,,,,,,,,bytes.bin,no';
+    for (const list of [json, csv]) {
+      const { out, status, pictures } = batch(folder, list);
+      assert.equal(status, 0);
+      assert.deepEqual(pictures, ['a-qr.png', 'b-ean13.png', 'c-code128.png', 'd-datamatrix.png']);
+      const png = (...args) => draw(...args, '--format', 'png');
+      for (const [file, expected] of [
+        ['a-qr', png('qr', 'Grüße, "1"', '--level', 'H', '--quiet-zone', '2', '--foreground', '#102030')],
+        ['b-ean13', png('ean13', '400638133393', '--no-text', '--module', '3')],
+        ['c-code128', png('code128', '--hex', '4b37')],
+        ['d-datamatrix', png('datamatrix', '--hex', '00ff0a')],
+      ]) {
+        assert.deepEqual(readFileSync(join(out, `${file}.png`)), expected, file);
+      }
+    }
+  }));
+
+test('what the command line says holds for jobs that do not say it', () =>
+  inFolder((folder) => {
+    const list = 'name,data,level\n"a\nb",1,\nc,2,L\n';
+    const { out, pictures, status } = batch(folder, list, '--symbology', 'qr', '--set', 'level=H',
+      '--set', 'check=mod43', '--module', '1', '--name', '{name}.txt', '--name', '{symbology}/{line}.svg');
+    assert.equal(status, 0);
+    assert.deepEqual(pictures, ['a_b.txt', 'c.txt', 'qr']);
+    assert.deepEqual(readdirSync(join(out, 'qr')).sort(), ['2.svg', '4.svg']);  // the first job takes two lines
+    const text = (data, level) => draw('qr', data, '--level', level, '--format', 'txt').toString();
+    assert.equal(readFileSync(join(out, 'a_b.txt'), 'utf8'), text('1', 'H'));
+    assert.equal(readFileSync(join(out, 'c.txt'), 'utf8'), text('2', 'L'));
+  }));
+
+test('a job that fails is reported and stops nothing', () =>
+  inFolder((folder) => {
+    const good = { symbology: 'code39', data: 'X' };
+    const { status, stderr, pictures, failed } = batch(folder, lines(
+      good, 'no json', '[1]', '', { ...good, levl: 1 }, { ...good, data: [1] }, { symbology: 'code39' },
+      { ...good, symbology: 'cod39' }, { ...good, data: 'ü' }, { ...good, id: 'x/../y' }, { ...good, id: 'x\\..:y' },
+      { ...good, module: 0 }, { ...good, id: 'n'.repeat(300) }, { ...good, no_text: 'maybe' }, { data: 'X' },
+      { symbology: 'qr', id: 's', data: 'series', symbols: 2 }));
+    assert.equal(status, 1);
+    assert.deepEqual(pictures, ['1-code39.png', 's-qr-1.png', 's-qr-2.png', 'x_.._y-code39.png']);
+    for (const [index, [line, sentence]] of [
+      [2, /^The line is no JSON object\.$/],
+      [3, /^The line is no JSON object\.$/],
+      [5, /^There is no option "levl" of code39/],
+      [6, /^The field "data" is a text, a number, true or false, not array\.$/],
+      [7, /^No data is given\.$/],
+      [8, /did you mean code39\?$/],
+      [9, /at position 1/],
+      [11, /^Another symbol of this list has the file .*x_\.\._y-code39\.png already\.$/],
+      [12, /^--module is a whole number/],
+      [13, /File name too long/],
+      [14, /^The field "no-text" is true or false, not "maybe"\.$/],
+      [15, /^No symbology is given/],
+    ].entries()) {
+      assert.equal(failed[index].line, line);
+      assert.match(failed[index].error, sentence);
+    }
+    assert.equal(failed.length, 12);
+    assert.match(stderr, /4 symbols drawn, 12 lines failed \(.*failed\.jsonl\)/);
+    assert.match(stderr, /line 2: The line is no JSON object/);
+  }));
+
+test('a column that nothing knows, and a list that cannot be read, stop the run before it begins', () =>
+  inFolder((folder) => {
+    for (const [status, sentence, list, ...args] of [
+      [2, /The column "price" is no field .* --ignore price passes it over/, 'id,data,price\n', '-o', 'out'],
+      [1, /Two columns of the list are called "data"/, 'data,data\n', '-o', 'out'],
+      [1, /A column of the list has no name/, 'id,,data\n', '-o', 'out'],
+      [1, /begins in line 2 of the list has more than 4194304 bytes; is a quote left open/,
+        `data\n"${'x\n'.repeat(3 << 20)}`, '--symbology', 'qr', '-o', 'out'],
+      [2, /Nothing says where the symbols go/, '{}'],
+      [2, /No symbology has the option "levle"/, '{}', '-o', 'out', '--set', 'levle=H'],
+      [2, /There is no symbology "rq"; did you mean qr/, '{}', '-o', 'out', '--symbology', 'rq'],
+      [2, /The name \{id\} does not say what the file is/, '{}', '-o', 'out', '--name', '{id}'],
+      [2, /--name has a \{ that opens no name/, '{}', '-o', 'out', '--name', '{id.png'],
+      [2, /--resume does not go with --sheet/, '{}', '-o', 'out', '--sheet', 's.pdf', '--resume'],
+      [2, /--grid is rows x columns/, '{}', '--sheet', 's.pdf', '--grid', '8'],
+      [2, /--page is A3, .*not "A7"/, '{}', '--sheet', 's.pdf', '--page', 'A7'],
+      [2, /--margins is one length/, '{}', '--sheet', 's.pdf', '--margins', '1,2mm'],
+      [2, /no room for labels on a page of 100 x 100 mm/, '{}', '--sheet', 's.pdf', '--page', '100x100mm',
+        '--margins', '50mm'],
+      [1, /Cannot make the folder \/dev\/null\/x/, '{}', '-o', '/dev/null/x'],
+      [1, /Cannot write no\/s\.pdf/, '{}', '--sheet', 'no/s.pdf'],
+    ]) {
+      writeFileSync(join(folder, 'jobs'), list);
+      const result = korvex(['batch', 'jobs', ...args], { cwd: folder });
+      assert.equal(result.status, status, String(sentence));
+      assert.match(result.stderr, sentence);
+      assert.ok(!existsSync(join(folder, 's.pdf')));
+    }
+  }));
+
+test('an interrupted run goes on where it ended, with the same list and arguments alone', () =>
+  inFolder(async (folder) => {
+    const count = 30000;
+    const jobs = Array.from({ length: count }, (_, id) => (
+      { id, symbology: 'code39', data: id % 100 ? `J${id}` : 'ü' }));
+    writeFileSync(join(folder, 'jobs'), lines(...jobs));
+    const args = ['batch', 'jobs', '-o', 'out', '--name', '{id}.txt'];
+    const run = (...more) => korvex([...args, ...more], { cwd: folder });
+    const journal = join(folder, 'out', '.korvex-batch.json');
+    for (const signal of ['SIGINT', 'SIGKILL']) {
+      const child = spawn(program, [...args, '--resume'], { cwd: folder, stdio: 'ignore' });
+      const ended = new Promise((resolve) => child.on('exit', resolve));
+      const before = existsSync(journal) ? JSON.parse(readFileSync(journal)).records : 0;
+      while (child.exitCode === null && !(existsSync(journal) && JSON.parse(readFileSync(journal)).records > before)) {
+        await setTimeout(2);
+      }
+      child.kill(signal);
+      assert.equal(await ended, signal === 'SIGINT' ? 130 : null);
+    }
+    const done = JSON.parse(readFileSync(journal)).records;
+    assert.ok(done > 0 && done < count, `${done} records`);
+
+    assert.match(run('--module', '2', '--resume').stderr, /had other arguments/);
+    writeFileSync(join(folder, 'jobs'), lines({ id: 'new' }, ...jobs));
+    assert.match(run('--resume').stderr, /records of the list are not those of the interrupted run/);
+    writeFileSync(join(folder, 'jobs'), lines(...jobs));
+
+    const last = run('--resume');
+    assert.match(last.stderr, new RegExp(`Going on behind record ${done.toLocaleString('en')}\\.`));
+    assert.match(last.stderr, /29,700 symbols drawn, 300 lines failed/);
+    assert.equal(last.status, 1);
+    const out = join(folder, 'out');
+    assert.deepEqual(failures(out).map(({ line }) => line), Array.from({ length: 300 }, (_, i) => 100 * i + 1));
+    const files = pictures(out).filter((name) => !name.startsWith('.'));  // a killed run may leave a draft
+    assert.equal(files.length, 29700);
+    assert.ok(!existsSync(journal));
+    for (const id of [1, done, done + 1, count - 1].filter((id) => id % 100)) {
+      const text = draw('code39', `J${id}`, '--format', 'txt').toString();
+      assert.equal(readFileSync(join(out, `${id}.txt`), 'utf8'), text);
+    }
+  }));
+
+test('a sheet has the symbols on pages, and refuses what is larger than a label', () =>
+  inFolder((folder) => {
+    const jobs = Array.from({ length: 13 }, (_, id) => ({ id, symbology: 'datamatrix', data: `LABEL ${id}` }));
+    jobs.push({ id: 'long', symbology: 'code128', data: 'x'.repeat(80) });
+    const { status, stderr } = korvex(['batch', '-', '--sheet', 's.pdf', '--page', '100x60mm', '--grid', '2x3',
+      '--margins', '5mm', '--gap', '2mm', '--caption', 'No. {id}', '--module', '0.5mm'],
+      { input: lines(...jobs), cwd: folder });
+    assert.equal(status, 1);
+    assert.match(stderr, /line 14: The symbol takes [\d.]+ x [\d.]+ mm with its caption; a label has 28\.7 x 24 mm\./);
+    assert.match(stderr, /13 symbols drawn, 1 line failed \(s\.pdf\.failed\.jsonl\), .* on 3 pages/);
+    const pdf = readFileSync(join(folder, 's.pdf'), 'latin1');
+    assert.match(pdf, /\/Count 3\b/);
+    assert.match(pdf, /\/MediaBox \[ 0 0 283\.46\d* 170\.07\d* \]/);
+  }));
