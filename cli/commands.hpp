@@ -11,5 +11,6 @@ int draw_command(const std::vector<std::string>& arguments);
 int batch_command(const std::vector<std::string>& arguments);
 int list_command(const std::vector<std::string>& arguments);
 int call_command(const std::vector<std::string>& arguments);
+int completion_command(const std::vector<std::string>& arguments);
 
 }  // namespace korvex::cli

@@ -32,6 +32,8 @@ constexpr std::array kCommands = {
     Command{"batch", "batch JOBS -o DIR", "draw a symbol for every line of a list", batch_command},
     Command{"list", "list [--json]", "show every symbology, what it takes and its options", list_command},
     Command{"call", "call [FILE]...", "call the library's exports, JSON Lines in and out", call_command},
+    Command{"completion", "completion SHELL", "print what makes bash or zsh complete these words",
+            completion_command},
 };
 
 void print_help() {
