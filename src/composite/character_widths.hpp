@@ -31,7 +31,7 @@ using FourWidths = std::uint16_t;
 
 /// Every way of a four-element subset, by its value.
 template <int Modules, int Widest, Narrow Rule>
-constexpr auto kFourElementWays = [] {
+inline constexpr auto kFourElementWays = [] {
   constexpr int kCount =
       count_ways(Modules, 4, 1, Widest) - (Rule == Narrow::required ? count_ways(Modules, 4, 2, Widest) : 0);
   std::array<FourWidths, kCount> ways{};

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstring>
 #include <numeric>
+#include <optional>
 
 #include "frame/raster.hpp"
 
@@ -32,26 +33,49 @@ void draw_row(const Symbol& symbol, int row, int columns, int module_size, int h
   for (int line = 1; line < height; ++line) std::memcpy(bitmap.row(line), bitmap.row(0), stride);
 }
 
-/// Paints the rows from `last` up to `first`, which have `columns` modules. `bottom` is the pixel line below
-/// them, then the one below what comes next.
-std::int16_t paint_rows(Korvex_Device_Context device, const Symbol& symbol, int first, int last, int columns,
-                        int module_size, std::int64_t& bottom) {
-  if (first > last) return KORVEX_OK;
-  const std::int64_t width =
-      (std::int64_t{columns} * module_size + kRowUnitPixels - 1) / kRowUnitPixels * kRowUnitPixels;
-  if (width / 8 > kMostRowBytes) return KORVEX_BAD_PARAMETER;  // those above take their place
-  const int highest =
-      *std::max_element(symbol.row_heights.begin() + first, symbol.row_heights.begin() + last + 1);
-  raster::Bitmap bitmap(width, std::int64_t{highest} * module_size);
-  if (!bitmap.ok()) return KORVEX_NO_SYMBOL;
-  for (int row = last; row >= first; --row) {
-    const int height = symbol.row_heights[static_cast<std::size_t>(row)] * module_size;
-    draw_row(symbol, row, columns, module_size, height, bitmap);
-    bottom -= height;
-    raster::blit(device, bitmap, height, static_cast<int>(bottom));
+/// Rows of equal width and the bitmap that they are painted through, one after the other.
+class Rows {
+ public:
+  /// The rows from `first` to `end` - 1, which have `columns` modules.
+  Rows(const Symbol& symbol, int first, int end, int columns, int module_size)
+      : symbol_(symbol), first_(first), end_(end), columns_(columns), module_size_(module_size) {
+    const std::int64_t width =
+        (std::int64_t{columns} * module_size + kRowUnitPixels - 1) / kRowUnitPixels * kRowUnitPixels;
+    if (first == end) return;
+    if (width / 8 > kMostRowBytes) {
+      result_ = KORVEX_BAD_PARAMETER;
+      return;
+    }
+    const int highest =
+        *std::max_element(symbol.row_heights.begin() + first, symbol.row_heights.begin() + end);
+    bitmap_.emplace(width, std::int64_t{highest} * module_size);
+    if (!bitmap_->ok()) result_ = KORVEX_NO_SYMBOL;
   }
-  return KORVEX_OK;
-}
+
+  /// KORVEX_OK; KORVEX_BAD_PARAMETER for rows that are too wide, KORVEX_NO_SYMBOL when there is no memory.
+  [[nodiscard]] std::int16_t result() const { return result_; }
+
+  /// From the last one up, when the result is KORVEX_OK. `bottom` is the pixel line below them, then the one
+  /// below what comes next: for rows too wide, those above take their place.
+  void paint(Korvex_Device_Context device, std::int64_t& bottom) {
+    if (result_ != KORVEX_OK) return;
+    for (int row = end_ - 1; row >= first_; --row) {
+      const int height = symbol_.row_heights[static_cast<std::size_t>(row)] * module_size_;
+      draw_row(symbol_, row, columns_, module_size_, height, *bitmap_);
+      bottom -= height;
+      raster::blit(device, *bitmap_, height, static_cast<int>(bottom));
+    }
+  }
+
+ private:
+  const Symbol& symbol_;
+  int first_;
+  int end_;
+  int columns_;
+  int module_size_;
+  std::int16_t result_ = KORVEX_OK;
+  std::optional<raster::Bitmap> bitmap_;
+};
 
 }  // namespace
 
@@ -64,11 +88,14 @@ std::int16_t paint(Korvex_Device_Context device, const Symbol& symbol, int modul
   std::int64_t bottom = height_modules(symbol) * module_size_pixels;
   const int rows = symbol.modules.rows();
   const int first_overhanging = rows - symbol.overhanging_rows;
-  const std::int16_t lowest = paint_rows(device, symbol, first_overhanging, rows - 1,
-                                         symbol.modules.columns(), module_size_pixels, bottom);
-  const std::int16_t others =
-      paint_rows(device, symbol, 0, first_overhanging - 1, width_modules(symbol), module_size_pixels, bottom);
-  return lowest != KORVEX_OK ? lowest : others;
+  Rows overhanging(symbol, first_overhanging, rows, symbol.modules.columns(), module_size_pixels);
+  Rows others(symbol, 0, first_overhanging, width_modules(symbol), module_size_pixels);
+  // Without memory for all of it nothing is painted.
+  if (overhanging.result() == KORVEX_NO_SYMBOL || others.result() == KORVEX_NO_SYMBOL)
+    return KORVEX_NO_SYMBOL;
+  overhanging.paint(device, bottom);
+  others.paint(device, bottom);
+  return overhanging.result() != KORVEX_OK ? overhanging.result() : others.result();
 }
 
 }  // namespace korvex::composite

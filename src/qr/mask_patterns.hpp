@@ -39,7 +39,7 @@ using ForEachPattern = std::array<Word, 8>;
 
 /// [word of the row][row mod 12][pattern], packed as a Layer is in words of `Word`.
 template <class Word>
-constexpr auto kMaskPatterns = [] {
+inline constexpr auto kMaskPatterns = [] {
   constexpr int kWordBits = sizeof(Word) * 8;
   std::array<std::array<ForEachPattern<Word>, kMaskPeriod>, (kMostModules + kWordBits - 1) / kWordBits>
       patterns{};

@@ -1,10 +1,12 @@
 // The command around the drawing: where data comes from, what is left behind, what errors look like, what is listed.
 import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
 import { chmodSync, mkdirSync, openSync, readdirSync, readFileSync, readlinkSync, statSync, symlinkSync, writeFileSync }
   from 'node:fs';
-import { join } from 'node:path';
+import { dirname, join } from 'node:path';
 import { test } from 'node:test';
-import { draw, inFolder, korvex } from './korvex.mjs';
+import { fileURLToPath } from 'node:url';
+import { draw, inFolder, korvex, program } from './korvex.mjs';
 
 const ean = ['draw', 'ean13', '400638133393'];
 
@@ -167,3 +169,20 @@ test('the text list names every symbology that the JSON list has', () => {
   const names = text.split('\n').filter((line) => /^\S/.test(line)).map((line) => line.split(' ')[0]);
   assert.deepEqual(names, listed().map(({ name }) => name));
 });
+
+test('every korvex line of the pages does what it says', () =>
+  inFolder((folder) => {
+    const root = fileURLToPath(new URL('../..', import.meta.url));
+    const pages = ['README.md', ...readdirSync(join(root, 'docs')).filter((name) => name.endsWith('.md'))
+      .map((name) => `docs/${name}`)];
+    const lines = pages.flatMap((page) => readFileSync(join(root, page), 'utf8').replaceAll('\\\n', '')
+      .match(/^ {4}(korvex (draw|list)|\$ echo) .*/gm) ?? []);
+    assert.ok(lines.length > 20);
+    for (const line of lines) {
+      const command = line.trim().replace(/^\$ /, '');
+      const env = { ...process.env, PATH: `${dirname(program)}:${process.env.PATH}` };
+      const { status, stdout, stderr } = spawnSync('bash', ['-c', command], { cwd: folder, env, encoding: 'utf8' });
+      assert.equal(status, 0, `${command}: ${stderr}`);
+      if (command.startsWith('echo')) assert.equal(JSON.parse(stdout).result, 0, command);
+    }
+  }));

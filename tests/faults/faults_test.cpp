@@ -88,7 +88,7 @@ struct Caller {
   std::vector<char> text = std::vector<char>(23);
   Bit_Result bits{};
   Symbol_Size size{};
-  std::unique_ptr<Korvex_Device, decltype(&korvex_device_destroy)> device{korvex_device_create(64, 64),
+  std::unique_ptr<Korvex_Device, decltype(&korvex_device_destroy)> device{korvex_device_create(160, 160),
                                                                           &korvex_device_destroy};
 
   std::int16_t call(const Request& request) {

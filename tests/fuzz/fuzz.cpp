@@ -135,9 +135,10 @@ void check_failure(const Painted& call) {
   const std::string_view name = call.request.target->name;
   const bool has_written = call.size.width != kUnwritten || call.size.height != kUnwritten;
   if (name.starts_with("CC_")) {
-    // Rows that are too wide are left out, and the others painted.
-    require(call.code == KORVEX_BAD_PARAMETER || !has_written, "a size without a symbol");
-    if (has_written) return;
+    // The size is told before rows that are too wide are left out, and the others painted, or memory runs
+    // out.
+    if (has_written && call.code == KORVEX_BAD_PARAMETER) return;
+    require(!has_written || call.code == KORVEX_NO_SYMBOL, "a size without a symbol");
   } else if (name.starts_with("PDF_")) {
     // No symbol: 0 x 0. A module of no size: the size in modules.
     if (call.code == KORVEX_NO_SYMBOL) require(call.pixels() == 0, "a size without a symbol");
