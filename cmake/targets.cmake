@@ -15,7 +15,7 @@ endif()
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
 endif()
 
 # Warnings, sanitizers and coverage for a target of ours.
@@ -77,6 +77,12 @@ function(korvex_test name)
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(test_${name} PRIVATE korvex_static GTest::gtest_main ${ARGN})
   korvex_flags(test_${name})
+  # Half of what a test takes to compile is GoogleTest's header, so one program compiles it for all.
+  if(TARGET test_core AND NOT name STREQUAL core AND NOT sources MATCHES "\\.c(;|$)")
+    target_precompile_headers(test_${name} REUSE_FROM test_core)
+  elseif(name STREQUAL core)
+    target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h>)
+  endif()
   target_compile_options(test_${name} PRIVATE $<$<CONFIG:Release>:-O1>)  # the library is what is to be fast
   gtest_discover_tests(test_${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${name})
 endfunction()

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "encoding.hpp"
 #include "failure.hpp"
 #include "families/families.hpp"
 #include "families/linear_text.hpp"
@@ -124,9 +125,15 @@ ModuleMatrix matrix_of(const linear::ModuleRow& row) {
   return matrix;
 }
 
+/// Code 128 carries ISO/IEC 8859-1: text that has a place there goes in as that.
+std::string data_of(const Row& row, const DrawRequest& request) {
+  if (row.symbology != linear::Symbology::code128 || request.is_hexadecimal) return request.data;
+  return latin_1_of(request.data).value_or(request.data);
+}
+
 Result<Drawing> draw(const Row& row, const DrawRequest& request) {
   const linear::Options options = options_of(row, request.options);
-  const Result<linear::Symbol> symbol = linear::encode(options, request.data);
+  const Result<linear::Symbol> symbol = linear::encode(options, data_of(row, request));
   if (!symbol) return symbol.error();
 
   const int narrow = narrow_element(options);
@@ -195,7 +202,8 @@ std::vector<Symbology> linear() {
                 {code25_3bar, 0, with(check_option({"mod10"}))}),
       symbology("sscc18", "SSCC-18", "GS1-128 with AI 00", "17 digits, or 18 with their check digit",
                 {"34012345000000001"}, {sscc18, 64, {}}),
-      symbology("code128", "Code 128", "ISO/IEC 15417", "bytes 0-127; the code sets are chosen by themselves",
+      symbology("code128", "Code 128", "ISO/IEC 15417",
+                "any bytes, text beyond ASCII as ISO/IEC 8859-1; the code sets are chosen by themselves",
                 {"Korvex 128"}, {code128, 0, {kGs1}}),
       symbology("code128-inband", "Code 128, code sets in the data", "ISO/IEC 15417",
                 "text with > escapes; >G >H >I in front start in code set A, B, C", {">I2024>DKorvex"},

@@ -51,11 +51,19 @@ class ReedSolomon {
   static constexpr std::size_t kWords = (Count + 7) / 8;
   using Words = std::array<std::uint64_t, kWords>;
 
-  // The generator times each element.
+  // The generator times each element: times the powers of two, and all others by their sums, which the
+  // compiler is quick to work out.
   static constexpr std::array<Words, Field::kOrder> make_products() {
     constexpr auto generator = generator_polynomial<Field, FirstRoot, Count>();
     std::array<Words, Field::kOrder> products{};
-    for (std::size_t factor = 0; factor < products.size(); ++factor) {
+    for (std::size_t factor = 1; factor < products.size(); ++factor) {
+      const std::size_t rest = factor & (factor - 1);
+      if (rest != 0) {
+        for (std::size_t word = 0; word < kWords; ++word) {
+          products[factor][word] = products[rest][word] ^ products[factor ^ rest][word];
+        }
+        continue;
+      }
       for (std::size_t i = 0; i < Count; ++i) {
         products[factor][i / 8] |=
             std::uint64_t{Field::multiply(generator[i], static_cast<typename Field::Element>(factor))}
