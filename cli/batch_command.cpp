@@ -147,7 +147,7 @@ int batch_command(const std::vector<std::string>& arguments) {
   if (!line.parse(arguments)) return 0;
   batch::Batch batch = batch_of(parsed);
   for (const std::string& argument : arguments) {
-    if (argument != "--resume") batch.arguments.push_back(printable(argument));
+    if (argument != "--resume") batch.arguments += " " + printable(argument);
   }
   return batch::run(batch);
 }

@@ -14,13 +14,13 @@
 #include <fstream>
 #include <future>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "batch/journal.hpp"
 #include "batch/progress.hpp"
 #include "batch/records.hpp"
 #include "batch/workers.hpp"
+#include "call/request.hpp"
 #include "failure.hpp"
 #include "files.hpp"
 #include "words.hpp"
@@ -91,10 +91,9 @@ class Report {
     check();
   }
   void add(const Outcome& outcome) {
-    const nlohmann::ordered_json line = {
-        {"line", outcome.line}, {"id", outcome.id}, {"error", outcome.error}};
-    const std::string text =
-        line.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    const std::string text = "{\"line\": " + std::to_string(outcome.line) +
+                             ", \"id\": " + call::json_string(outcome.id) +
+                             ", \"error\": " + call::json_string(outcome.error) + "}\n";
     file_ << text;
     bytes_ += text.size();
   }

@@ -28,7 +28,7 @@ struct Batch {
   std::string report;  ///< path
   bool resume = false;
   unsigned threads = 1;
-  std::vector<std::string> arguments;  ///< that make it what it is; those of an interrupted run are the same
+  std::string arguments;  ///< that make it what it is; those of an interrupted run are the same
 };
 
 /// Draws all of it, with progress and a summary on standard error. Returns the exit status: 0, 1 when records

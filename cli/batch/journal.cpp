@@ -1,38 +1,63 @@
 #include "batch/journal.hpp"
 
+#include <charconv>
 #include <filesystem>
-#include <nlohmann/json.hpp>
+#include <string_view>
 
+#include "batch/records.hpp"
+#include "call/request.hpp"
 #include "failure.hpp"
 #include "files.hpp"
 #include "words.hpp"
 
 namespace korvex::cli::batch {
+namespace {
+
+template <class Number>
+void read_number(const Fields& fields, std::string_view name, Number& number) {
+  const auto field = fields.find(name);
+  if (field == fields.end()) throw Failure("no number");
+  const char* const end = field->second.data() + field->second.size();
+  const auto [stop, error] = std::from_chars(field->second.data(), end, number);
+  if (error != std::errc() || stop != end) throw Failure("no number");
+}
+
+Journal journal_of(const std::string& text) {
+  const Fields fields = fields_of({.line = 1, .json = text, .cells = {}, .is_too_long = false}, {});
+  Journal journal;
+  if (const auto arguments = fields.find("arguments"); arguments != fields.end()) {
+    journal.arguments = arguments->second;
+  }
+  read_number(fields, "records", journal.records);
+  read_number(fields, "checksum", journal.checksum);
+  read_number(fields, "symbols", journal.symbols);
+  read_number(fields, "failed", journal.failed);
+  read_number(fields, "report-bytes", journal.report_bytes);
+  return journal;
+}
+
+}  // namespace
 
 std::optional<Journal> read_journal(const std::string& path) {
   if (!std::filesystem::exists(path)) return std::nullopt;
+  const std::string text = read_file(path);
   try {
-    const auto object = nlohmann::json::parse(read_file(path));
-    Journal journal;
-    object.at("arguments").get_to(journal.arguments);
-    object.at("records").get_to(journal.records);
-    object.at("checksum").get_to(journal.checksum);
-    object.at("symbols").get_to(journal.symbols);
-    object.at("failed").get_to(journal.failed);
-    object.at("report_bytes").get_to(journal.report_bytes);
-    return journal;
-  } catch (const nlohmann::json::exception&) {
+    return journal_of(text);
+  } catch (const Failure&) {
     throw Failure("The file " + printable(path) +
-                  ", which says how far the run came, makes no sense; without "
-                  "--resume all of the list is drawn again.");
+                  ", which says how far the run came, makes no sense; without --resume all of the list is "
+                  "drawn again.");
   }
 }
 
 void write_journal(const std::string& path, const Journal& journal) {
-  const nlohmann::ordered_json object = {
-      {"arguments", journal.arguments}, {"records", journal.records}, {"checksum", journal.checksum},
-      {"symbols", journal.symbols},     {"failed", journal.failed},   {"report_bytes", journal.report_bytes}};
-  write_files({{path, object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n"}});
+  const auto number = [](std::string_view name, auto value) {
+    return ", \"" + std::string(name) + "\": " + std::to_string(value);
+  };
+  write_files(
+      {{path, "{\"arguments\": " + call::json_string(journal.arguments) + number("records", journal.records) +
+                  number("checksum", journal.checksum) + number("symbols", journal.symbols) +
+                  number("failed", journal.failed) + number("report_bytes", journal.report_bytes) + "}\n"}});
 }
 
 }  // namespace korvex::cli::batch

@@ -5,17 +5,16 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace korvex::cli::batch {
 
 struct Journal {
-  std::vector<std::string> arguments;  ///< of the command, without --resume
-  std::size_t records = 0;             ///< done, from the first on
-  std::uint32_t checksum = 0;          ///< of those records
-  std::size_t symbols = 0;             ///< drawn
-  std::size_t failed = 0;              ///< records
-  std::uintmax_t report_bytes = 0;     ///< written on those records
+  std::string arguments;            ///< of the command, without --resume
+  std::size_t records = 0;          ///< done, from the first on
+  std::uint32_t checksum = 0;       ///< of those records
+  std::size_t symbols = 0;          ///< drawn
+  std::size_t failed = 0;           ///< records
+  std::uintmax_t report_bytes = 0;  ///< written on those records
 };
 
 /// Nothing when there is none. Throws Failure when it cannot be read or makes no sense.
