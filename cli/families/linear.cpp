@@ -8,6 +8,7 @@
 #include "failure.hpp"
 #include "families/families.hpp"
 #include "families/linear_text.hpp"
+#include "korvex/gs1.hpp"
 #include "korvex/linear.hpp"
 #include "words.hpp"
 
@@ -53,7 +54,8 @@ const Option kWidths{
     "--widths", "NS,NB,WS,WB",
     "modules of a narrow space, narrow bar, wide space and wide bar, 1 to 99 each, instead of "
     "--ratio"};
-const Option kGs1{"--gs1", "", "GS1-128: FNC1 in first place, and byte 0x1D in the data is FNC1"};
+const Option kGs1{"--gs1", "",
+                  "GS1-128: element strings with bracketed identifiers, or with byte 0x1D for FNC1"};
 const Option kSegments{"--segments", "N", "headers at the start of the data", {}, "1"};
 const Option kDialect{"--dialect",
                       "",
@@ -125,32 +127,41 @@ ModuleMatrix matrix_of(const linear::ModuleRow& row) {
   return matrix;
 }
 
+bool has_brackets(const linear::Options& options, const DrawRequest& request) {
+  return options.gs1 && gs1::is_bracketed(request.data);
+}
+
 /// Code 128 carries ISO/IEC 8859-1: text that has a place there goes in as that.
-std::string data_of(const Row& row, const DrawRequest& request) {
-  if (row.symbology != linear::Symbology::code128 || request.is_hexadecimal) return request.data;
+Result<std::string> data_of(const linear::Options& options, const DrawRequest& request) {
+  if (has_brackets(options, request)) return gs1::element_string(request.data);
+  if (options.symbology != linear::Symbology::code128 || request.is_hexadecimal) return request.data;
   return latin_1_of(request.data).value_or(request.data);
 }
 
 Result<Drawing> draw(const Row& row, const DrawRequest& request) {
   const linear::Options options = options_of(row, request.options);
-  const Result<linear::Symbol> symbol = linear::encode(options, data_of(row, request));
-  if (!symbol) return symbol.error();
+  const Result<std::string> data = data_of(options, request);
+  if (!data) return data.error();
+  Result<linear::Symbol> encoded = linear::encode(options, *data);
+  if (!encoded) return encoded.error();
+  linear::Symbol symbol = std::move(encoded).value();
+  if (has_brackets(options, request)) symbol.text = request.data;  // people read it with its brackets
 
   const int narrow = narrow_element(options);
   const linear::QuietZones quiet = linear::quiet_zones(options);
   Picture picture;
-  picture.modules = matrix_of(symbol->bars);
+  picture.modules = matrix_of(symbol.bars);
   picture.quiet_zone = {static_cast<double>(quiet.left), 0, static_cast<double>(quiet.right), 0};
-  const double by_width = std::max(40.0 * narrow, 0.15 * symbol->bars.size());
+  const double by_width = std::max(40.0 * narrow, 0.15 * symbol.bars.size());
   double height = row.height > 0 ? row.height : by_width;
   if (const auto given = request.options.text(kHeight)) {
     height = length_in_modules(kHeight.name, *given, request.module);
   }
   picture.row_heights = {height};
-  if (!request.options.flag(kNoText)) place_linear_text(picture, row.symbology, *symbol, narrow);
+  if (!request.options.flag(kNoText)) place_linear_text(picture, row.symbology, symbol, narrow);
 
-  std::string note = std::to_string(symbol->bars.size()) + " modules";
-  if (!symbol->text.empty()) note += ", text " + symbol->text;
+  std::string note = std::to_string(symbol.bars.size()) + " modules";
+  if (!symbol.text.empty()) note += ", text " + symbol.text;
   note += ", bars " + decimal(height, 2) + " modules high";
   return Drawing{{std::move(picture)}, {std::move(note)}};
 }

@@ -103,6 +103,9 @@ test('GS1-128 is told apart from plain Code 128', async () => {
   const gs1 = await readBack('sscc18', '00000000000000000', 'Code128');
   assert.equal(gs1.symbologyIdentifier, ']C1');
   assert.equal((await readBack('code128', 'AB12', 'Code128')).symbologyIdentifier, ']C0');
+  const bracketed = await readBack('code128', '(01)09501101530003(10)AB(21)7', 'Code128', ['--gs1']);
+  assert.equal(bytesOf(bracketed), '010950110153000310AB\x1d217');
+  assert.equal(bracketed.symbologyIdentifier, ']C1');
 });
 
 test('add-ons read beside an EAN-13', async () => {
