@@ -33,7 +33,7 @@ function(korvex_flags target)
     target_link_options(${target} PRIVATE -fsanitize=${KORVEX_SANITIZE})
   endif()
   if(KORVEX_COVERAGE)
-    target_compile_options(${target} PRIVATE --coverage)
+    target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic)  # threads count too
     target_link_options(${target} PRIVATE --coverage)
   endif()
 endfunction()

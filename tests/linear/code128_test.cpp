@@ -273,6 +273,27 @@ TEST(Code128, AutomaticSetsAreTheUsualOnesWhereSeveralAreAsShort) {
   }
 }
 
+// FNC4 once is for one character, twice for all that follow: the text goes with both.
+TEST(Code128, TextBeyondAsciiIsWhatWasEncoded) {
+  for (const auto& [bytes, text] : std::initializer_list<std::pair<std::string_view, std::string_view>>{
+           {"caf\xE9", "caf\xC3\xA9"},
+           {"\xC4\xD6\xDC\xE4\xF6\xFC\xDF", "\xC3\x84\xC3\x96\xC3\x9C\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F"},
+           {"\xE4\xF6\xFC\xDF\xE4"
+            "A"
+            "\xF6\xFC\xDF"
+            "12345678",
+            "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F\xC3\xA4"
+            "A"
+            "\xC3\xB6\xC3\xBC\xC3\x9F"
+            "12345678"},
+           {"ab\tcd", "ab cd"},
+       }) {
+    const auto symbol = encode({.symbology = Symbology::code128}, bytes);
+    ASSERT_TRUE(symbol);
+    EXPECT_EQ(symbol->text, text);
+  }
+}
+
 TEST(Code128, TheLongestDataThatFitsIsDrawn) {
   const Options options{.symbology = Symbology::code128};
   EXPECT_EQ(encode(options, std::string(499, 'A'))->bars.size(), 501 * 11 + 13);

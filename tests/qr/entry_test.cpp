@@ -170,6 +170,55 @@ TEST(QrEntry, WritesVersionAndSizeAndPaints) {
   }
 }
 
+// The record's numbers are not those of the C++ enumerations, so mixing them up shows.
+TEST(QrEntry, FixedModesAndSeriesDrawWhatTheirOptionsDraw) {
+  const struct {
+    const char* what;
+    std::function<void(QR_Params&)> record;
+    std::function<void(Options&)> options;
+  } cases[] = {
+      {"numeric", [](QR_Params& p) { p.fixed_mode = 1; }, [](Options& o) { o.mode = Mode::numeric; }},
+      {"alphanumeric", [](QR_Params& p) { p.fixed_mode = 2; },
+       [](Options& o) { o.mode = Mode::alphanumeric; }},
+      {"Kanji", [](QR_Params& p) { p.fixed_mode = 3; }, [](Options& o) { o.mode = Mode::kanji; }},
+      {"byte", [](QR_Params& p) { p.fixed_mode = 4; }, [](Options& o) { o.mode = Mode::byte; }},
+      {"no mode of the list", [](QR_Params& p) { p.fixed_mode = -9; },
+       [](Options& o) { o.mode = Mode::alphanumeric; }},
+      {"symbol 2 of 5",
+       [](QR_Params& p) {
+         p.fixed_mode_flag = 0;
+         p.append_flag = 7;
+         p.append_count = 5;
+         p.append_index = 2;
+         p.append_parity = 0xA9;
+       },
+       [](Options& o) {
+         o.append = StructuredAppend{2, 5, 0xA9};
+       }},
+  };
+  for (const auto& [what, change_record, change_options] : cases) {
+    Call call;
+    call.params.fixed_mode_flag = 1;
+    change_record(call.params);
+    Options options;
+    options.dialect = Dialect::korvex32;
+    change_options(options);
+    const auto symbol = encode(options, call.data);
+    ASSERT_TRUE(symbol) << what;
+
+    const std::unique_ptr<Korvex_Device, decltype(&korvex_device_destroy)> device(korvex_device_create(0, 0),
+                                                                                  korvex_device_destroy);
+    ASSERT_EQ(QR_Encode(device.get(), &call.params, &call.size), KORVEX_OK) << what;
+    ASSERT_EQ(call.size.width, symbol->modules.columns()) << what;
+    for (int row = 0; row < symbol->modules.rows(); ++row) {
+      for (int column = 0; column < symbol->modules.columns(); ++column) {
+        ASSERT_EQ(korvex_device_pixel(device.get(), column, row) == 0, symbol->modules.dark(row, column))
+            << what;
+      }
+    }
+  }
+}
+
 TEST(QrEntry, TranslatesGs1DataInTheCallersBuffer) {
   const struct {
     std::string data;

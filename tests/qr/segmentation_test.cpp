@@ -47,6 +47,8 @@ TEST(QrSegmentation, MergesRunsWhereThatSavesBits) {
       {"1234567890a1234567890", "N10 B1 N10", "180 against 48 + 20 + 48"},
       {"aA1BCDEFGHIJKL", "B1 A13",
        "A1 waits for the capitals: 20 + 85 against 36 + 74 when it joins the byte"},
+      {"12345678901234aABc", "N14 B4",
+       "the capitals cost 24 of their own, 16 between bytes; the digits stay: 61 against 124"},
   };
   for (const auto& [data, segments, why] : cases)
     EXPECT_EQ(split({}, bytes(data)), segments) << data << ": " << why;
