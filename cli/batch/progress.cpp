@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace korvex::cli::batch {
@@ -12,7 +13,7 @@ constexpr std::chrono::milliseconds kBetween{100};
 constexpr std::size_t kBarWidth = 30;
 
 std::string time_of(double seconds) {
-  const auto whole = static_cast<long>(seconds + 0.5);
+  const long whole = std::lround(seconds);
   char text[32];
   std::snprintf(text, sizeof text, "%ld:%02ld", whole / 60, whole % 60);
   return text;

@@ -104,11 +104,13 @@ struct Painted {
     korvex_device_painted_size(device.get(), &extent.width, &extent.height);
     return extent;
   }
-  /// A composite symbol may be larger than 16 bits tell.
+  /// A composite symbol may be larger than 16 bits tell: few are wider or higher, but for their linear
+  /// component, than so many modules.
   [[nodiscard]] bool is_beyond_its_size() const {
-    const Extent extent = painted();
+    constexpr int kMostModules = 700;
+    const CC_Params& composite = request.record.cc;
     return request.target->name.starts_with("CC_") &&
-           (size.width <= 0 || size.height <= 0 || extent.width > INT16_MAX || extent.height > INT16_MAX);
+           composite.module_size * (kMostModules + composite.linear_height) > INT16_MAX;
   }
   [[nodiscard]] bool same(const Painted& other) const {
     if (code != other.code || size.width != other.size.width || size.height != other.size.height)
