@@ -21,7 +21,8 @@ int main(int argc, char** argv) {
   if (result == KORVEX_OK) {
     printf("P1\n%d %d\n", size.width + 2 * kQuiet, size.height + 2 * kQuiet);
     for (y = -kQuiet; y < size.height + kQuiet; ++y) {
-      for (x = -kQuiet; x < size.width + kQuiet; ++x) putchar(korvex_device_pixel(picture, x, y) == 0 ? '1' : '0');
+      for (x = -kQuiet; x < size.width + kQuiet; ++x)
+        putchar(korvex_device_pixel(picture, x, y) == 0 ? '1' : '0');
       putchar('\n');
     }
   } else {

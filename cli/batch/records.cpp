@@ -84,6 +84,7 @@ class Csv : public Splitter {
  public:
   Csv() {
     if (csv_init(&parser_, CSV_REPALL_NL) != 0) throw std::bad_alloc();
+    csv_set_blk_size(&parser_, kChunk);  // long cells do not grow in tiny steps
     // A quote that nobody closes must not swallow a list of any size.
     csv_set_realloc_func(&parser_, [](void* old, std::size_t size) -> void* {
       return size > kLongest ? nullptr : std::realloc(old, size);
