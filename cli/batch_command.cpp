@@ -56,14 +56,7 @@ void add_options(CommandLine& line, BatchArguments& arguments) {
   line.repeated("--set", arguments.options,
                 {"Jobs", "an option for every job whose symbology has it, as in level=H", "NAME=VALUE"});
   line.repeated("--ignore", arguments.ignored, {"Jobs", "a field of the list that is no option", "NAME"});
-  for (const Setting& setting : all_settings()) {
-    const OptionHelp shown{"Jobs", setting.help, setting.placeholder};
-    if (setting.flag != nullptr) {
-      line.flag(std::string(setting.name), arguments.settings.*setting.flag, shown);
-    } else {
-      line.option(std::string(setting.name), arguments.settings.*setting.text, shown);
-    }
-  }
+  for (const Setting& setting : all_settings()) add_setting(line, setting, arguments.settings, "Jobs");
 
   line.option("--sheet", arguments.sheet, {"Sheet", "lay all symbols on pages of this PDF", "FILE"});
   line.option("--page", arguments.page,

@@ -8,6 +8,7 @@
 #include "commands.hpp"
 #include "draw_settings.hpp"
 #include "failure.hpp"
+#include "formats/formats.hpp"
 #include "symbologies.hpp"
 #include "words.hpp"
 
@@ -17,10 +18,8 @@ namespace {
 constexpr std::string_view kDrawOptions = "--data-file --output --format --verbose --help";
 constexpr std::string_view kBatchOptions =
     "--output --name --format --report --resume --threads --symbology --set --ignore --sheet --page --grid "
-    "--margins "
-    "--gap --caption --help";
+    "--margins --gap --caption --help";
 constexpr std::string_view kFileOptions = "-o|--output|--data-file|--report|--sheet";
-constexpr std::string_view kFormats = "png svg pdf eps txt";
 
 /// The two shells' functions differ in how they take their words; what they offer is the same.
 constexpr std::string_view kBash = R"(_korvex() {
@@ -72,6 +71,12 @@ std::string names() {
   return names;
 }
 
+std::string formats() {
+  std::string names;
+  for (const Format& format : all_formats()) names.append(format.name).append(" ");
+  return names;
+}
+
 std::string settings() {
   std::string text;
   for (const Setting& setting : all_settings()) text.append(setting.name).append(" ");
@@ -89,7 +94,7 @@ std::string offer_function() {
           "\" in *\" $word \"*) symbology=$word; break ;; esac\n  done\n";
   text += "  case $symbology:$before in\n" + values + "  *)\n";
   text += "  case $before in\n    " + std::string(kFileOptions) + ") echo FILES ;;\n";
-  text += "    --format) " + offer(kFormats) + "    --symbology) " + offer(names()) +
+  text += "    --format) " + offer(formats()) + "    --symbology) " + offer(names()) +
           "    --background|--foreground) " + offer("black white") + "    *)\n";
   text += "      case $symbology in\n" + options + "      esac\n";
   text += "      case $1 in\n        draw) if [ -z \"$symbology\" ]; then " + std::string("printf '%s\\n' ") +

@@ -35,13 +35,7 @@ void add_own_options(CommandLine& line, DrawArguments& arguments) {
 
 void add_settings(CommandLine& line, DrawSettings& settings, std::string_view group) {
   for (const Setting& setting : all_settings()) {
-    if (setting.group != group) continue;
-    const OptionHelp shown{setting.group, setting.help, setting.placeholder};
-    if (setting.flag != nullptr) {
-      line.flag(std::string(setting.name), settings.*setting.flag, shown);
-    } else {
-      line.option(std::string(setting.name), settings.*setting.text, shown);
-    }
+    if (setting.group == group) add_setting(line, setting, settings, group);
   }
 }
 

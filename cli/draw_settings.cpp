@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "command_line.hpp"
+
 namespace korvex::cli {
 namespace {
 
@@ -30,6 +32,15 @@ constexpr std::array kSettings = {
 
 std::span<const Setting> all_settings() {
   return kSettings;
+}
+
+void add_setting(CommandLine& line, const Setting& setting, DrawSettings& settings, std::string_view group) {
+  const OptionHelp shown{group, setting.help, setting.placeholder};
+  if (setting.flag != nullptr) {
+    line.flag(std::string(setting.name), settings.*setting.flag, shown);
+  } else {
+    line.option(std::string(setting.name), settings.*setting.text, shown);
+  }
 }
 
 }  // namespace korvex::cli

@@ -7,6 +7,8 @@
 
 namespace korvex::cli {
 
+class CommandLine;
+
 /// As it was typed; empty texts were not given.
 struct DrawSettings {
   bool is_hexadecimal = false;
@@ -30,5 +32,8 @@ struct Setting {
 };
 
 std::span<const Setting> all_settings();
+
+/// Binds an option of the command line to it, in a group of the help.
+void add_setting(CommandLine& line, const Setting& setting, DrawSettings& settings, std::string_view group);
 
 }  // namespace korvex::cli

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""A Data Matrix symbol as a PBM picture on standard output:  label.py "PART 4711" > label.pbm"""
+"""A Data Matrix symbol as a PBM picture on standard output:  label.py "ITEM 4711" > label.pbm"""
 import ctypes
 import os
 import sys
@@ -21,7 +21,7 @@ korvex.korvex_device_create.restype = c_void_p
 korvex.korvex_device_pixel.restype = c_uint32
 korvex.DATA_Encode.restype = c_int16
 
-text = (sys.argv[1] if len(sys.argv) > 1 else "PART 4711").encode("latin-1")
+text = (sys.argv[1] if len(sys.argv) > 1 else "ITEM 4711").encode("latin-1")
 picture = c_void_p(korvex.korvex_device_create(0, 0))
 size = SymbolSize()
 result = korvex.DATA_Encode(picture, byref(DataParams(module_width=4, module_height=4, data=text, length=len(text))),

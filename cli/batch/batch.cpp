@@ -60,7 +60,6 @@ class Interruptible {
 struct Outcome {
   std::size_t line = 0;
   std::string id;
-  std::uint32_t checksum = 0;  // of the record
   std::size_t symbols = 0;
   std::optional<DrawnJob> drawn;  // for the sheet
   std::string caption;
@@ -139,6 +138,7 @@ class Run {
   std::vector<std::string> shown_failures_;
   std::chrono::steady_clock::time_point journal_time_ = std::chrono::steady_clock::now();
   std::size_t resumed_symbols_ = 0;
+  std::uintmax_t resumed_bytes_ = 0;  // of the list, that were passed over
   Progress progress_;
 };
 
@@ -153,7 +153,12 @@ Run::Run(const Batch& batch) : batch_(batch), reader_(batch.jobs) {
     files_ = std::make_unique<RunFiles>(batch.folder);
     journal_path_ = batch.folder + "/.korvex-batch.json";
   }
-  if (batch.resume) pass_over_what_is_done();
+  if (batch.resume) {
+    pass_over_what_is_done();
+  } else if (!journal_path_.empty()) {
+    std::error_code error;
+    std::filesystem::remove(journal_path_, error);  // an earlier run that was interrupted is given up
+  }
   if (batch.sheet) sheet_ = std::make_unique<Sheet>(batch.sheet->path, batch.sheet->layout);
   report_ = std::make_unique<Report>(batch.report, journal_.report_bytes);
 }
@@ -181,6 +186,7 @@ void Run::pass_over_what_is_done() {
   }
   journal_ = *journal;
   resumed_symbols_ = journal->symbols;
+  resumed_bytes_ = reader_.bytes_read();
   std::fprintf(stderr, "korvex: Going on behind record %s.\n", with_commas(journal->records).c_str());
 }
 
@@ -221,7 +227,6 @@ Outcomes Run::draw(const std::vector<Record>& records) const {
   for (const Record& record : records) {
     Outcome& outcome = outcomes.emplace_back();
     outcome.line = record.line;
-    outcome.checksum = checksum_of(record, 0);
     try {
       draw(record, outcome);
     } catch (const std::bad_alloc&) {
@@ -291,7 +296,9 @@ int Run::all() {
     journal_.records += task.records;
     journal_.checksum = task.checksum;
     keep_journal(false);
-    progress_.show(journal_.symbols, reader_.bytes_read(), reader_.bytes_in_all());
+    const std::uintmax_t all = reader_.bytes_in_all();
+    progress_.show(journal_.symbols - resumed_symbols_, reader_.bytes_read() - resumed_bytes_,
+                   all == 0 ? 0 : all - resumed_bytes_);
   }
   return finish();
 }

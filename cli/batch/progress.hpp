@@ -19,7 +19,7 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  /// `read` of `all` bytes of the list are read; 0 in all: nobody knows.
+  /// Of what this run has to do: symbols drawn, and bytes of the list read; 0 in all: nobody knows.
   void show(std::size_t done, std::uintmax_t read, std::uintmax_t all);
   /// Takes the line away.
   void clear();

@@ -48,9 +48,9 @@ test('an outside project in C and in C++ builds against the installed tree, and 
 });
 
 test('the examples in Python and Node draw what the command draws', () => {
-  const pbm = run('python3', [join(root, 'examples/label.py'), 'PART 4711'],
+  const pbm = run('python3', [join(root, 'examples/label.py'), 'ITEM 4711'],
     { LIBKORVEX: join(library, 'libkorvex.so.1') });
-  assert.deepEqual(pbmRows(pbm), rowsOf(4, 'datamatrix', 'PART 4711', '--quiet-zone', '1'));
+  assert.deepEqual(pbmRows(pbm), rowsOf(4, 'datamatrix', 'ITEM 4711', '--quiet-zone', '1'));
   run('node', [join(root, 'examples/label.mjs'), '340123450000000017', 'label.png'],
     { KORVEX: join(prefix, 'bin/korvex') });
   const png = readPng(readFileSync(join(folder, 'label.png')));
