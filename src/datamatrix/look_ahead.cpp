@@ -6,68 +6,117 @@ namespace korvex::datamatrix {
 
 LookAhead::LookAhead(std::span<const Character> message)
     : message_(message), size_(static_cast<int>(message.size())) {
-  Counts sum{};
-  std::int32_t half_pair = 0;  // kDigit after an odd number of digits, else 0
-  for (std::size_t at = 0; at < message.size(); ++at) {
-    sums_[at] = sum;
-    const Cost& cost = kCosts[message[at]];
-    const bool digit = cost[kAscii] == kDigit;
-    sum[kAscii] += cost[kAscii] + (digit ? 0 : half_pair);
-    half_pair = digit ? kDigit - half_pair : 0;
-    for (const std::size_t scheme : {kC40, kText}) sum[scheme] += cost[scheme];
-    const std::int32_t refused = refusal(static_cast<int>(message.size() - at));
-    for (const std::size_t scheme : {kX12, kEdifact, kBase256}) {
-      sum[scheme] += cost[scheme] != 0 ? cost[scheme] : refused;
+  Excess sum = 0;
+  bool open_pair = false;
+  int at = 0;
+  const auto add = [&](Character c, Excess step) {
+    excess_[static_cast<std::size_t>(at)] = sum;
+    open_pair_[static_cast<std::size_t>(at)] = open_pair;
+    const bool digit = is_digit(c);
+    sum += step - (open_pair && !digit ? kOpenPair : 0);
+    open_pair = !open_pair && digit;
+    ++at;
+  };
+  const auto last = static_cast<std::size_t>(std::min(size_, excess::kLast));
+  for (const Character c : message.first(message.size() - last)) add(c, kSteps[c]);
+  for (const Character c : message.last(last)) {
+    const std::int32_t refused = refusal(size_ - at);
+    add(c, step(c, {{0, 0, 0, refused, refused, refused}}));
+  }
+  excess_[message.size()] = sum;
+  open_pair_[message.size()] = open_pair;
+}
+
+Scheme LookAhead::test(int position, Scheme current) {
+  Excess offset = start_excess(position, current);
+  bool ends_open = has_open_pair(size_);
+  const int end = std::min(position + kNear, size_) + 1;
+  Decision decision{position + kFirstVerdict, Verdict::none};
+  if (has_open_pair(position)) {
+    // The sums pair the digits of this run from its start, the test pairs them from its own.
+    const int run_end = end_of_digits(position);
+    decision = first_near_decision(decision.position, std::min(run_end + 1, end), offset);
+    if (run_end == size_) {
+      ends_open = !ends_open;
+    } else {
+      offset += has_open_pair(run_end) ? kOpenPair : -kOpenPair;
     }
   }
-  sums_[message.size()] = sum;
+  if (decision.verdict == Verdict::none) decision = first_near_decision(decision.position, end, offset);
+  if (decision.verdict != Verdict::none) return scheme_of(decision);
+  if (end <= size_) return far_test(position, end, current);
+  Counts counts = counts_of(excess(size_) + offset);
+  // ASCII counts whole codewords, here as many as leave no count negative, but for a digit without a second.
+  for (std::int32_t& count : counts) count += kNear * kCodeword + (ends_open ? kDigit : 0);
+  return choose_at_end(counts, current);
 }
 
-Scheme LookAhead::best_scheme(int position, Scheme current) {
-  if (current == Scheme::base256 && base256_goes_on(position)) return current;
+/// As first_decision(), at positions that are at most kNear behind where the test begins.
+Decision LookAhead::first_near_decision(int begin, int end, Excess offset) const {
+  for (; begin < end; ++begin) {
+    const Excess at = excess(begin) + offset;
+    if (is_level(at)) continue;
+    if (is_ascii(at)) return {begin, Verdict::ascii};
+    const Verdict found = verdict(at);
+    if (found != Verdict::none) return {begin, found};
+  }
+  return {begin, Verdict::none};
+}
 
+/// The test at `position` from `begin` on, before which it decided nothing.
+Scheme LookAhead::far_test(int position, int begin, Scheme current) {
+  if (!has_sums_) make_sums();
   Counts offsets = kStartCounts[static_cast<std::size_t>(current)] - sums(position);
-  const auto [decided, verdict] = decide(position, offsets);
-  if (verdict == Verdict::none) return choose_at_end(sums(size_) + offsets, current);
-  if (verdict != Verdict::c40_or_x12) return static_cast<Scheme>(verdict);
-  return separator_follows(decided) ? Scheme::x12 : Scheme::c40;
+  const Decision decision = first_far_decision(position, begin, offsets);
+  if (decision.verdict == Verdict::none) return choose_at_end(sums(size_) + offsets, current);
+  return scheme_of(decision);
 }
 
-/// Whether the first verdict of a test in Base 256 is Base 256, by the rule that needs no other counts than
-/// its own and that of ASCII. Binary data is planned by it alone.
-bool LookAhead::base256_goes_on(int position) const {
-  const int end = position + kFirstVerdict;
-  if (end > size_ || begins_within_pair(position)) return false;
-  const std::int32_t ascii = kStartCounts[kBase256][kAscii] + sums(end)[kAscii] - sums(position)[kAscii];
-  return sums(end)[kBase256] - sums(position)[kBase256] + kCodeword <= ascii;
-}
-
-/// The first decision of the test that begins at `position`. Makes the offsets those that go with it.
-Decision LookAhead::decide(int position, Counts& offsets) {
-  constexpr int kNear = 32;         // positions in which nearly every test is decided
+/// The first decision from `begin` on of the test at `position`. Makes the offsets those that go with it.
+Decision LookAhead::first_far_decision(int position, int begin, Counts& offsets) {
   constexpr int kManyReadings = 4;  // of the whole message
-  int begin = position + kFirstVerdict;
-  if (begins_within_pair(position)) {
-    // The sums pair the digits of this run from its start, the test pairs them from its own.
-    int run_end = position;
-    while (run_end < size_ && is_digit(message_[static_cast<std::size_t>(run_end)])) ++run_end;
+  if (has_open_pair(position)) {
+    const int run_end = end_of_digits(position);
     for (; begin <= run_end; ++begin) {
       const Verdict found = verdict(sums(begin) + offsets);
       if (found != Verdict::none) return {begin, found};
     }
-    if (run_end < size_) offsets[kAscii] += (run_end - position) % 2 == 0 ? -kDigit : kDigit;
+    if (run_end < size_) offsets[kAscii] += has_open_pair(run_end) ? -kDigit : kDigit;
   }
   const int end = size_ + 1;
   if (begin >= end) return {begin, Verdict::none};
   if (far_.is_ready()) return far_.first_decision(begin, offsets);
-
-  const int near_end = std::min(begin + kNear, end);
-  const Decision near = first_decision(all_sums(), begin, near_end, offsets);
-  if (near.verdict != Verdict::none || near_end == end) return near;
-  far_positions_ += end - near_end;
-  if (far_positions_ <= kManyReadings * end) return first_decision(all_sums(), near_end, end, offsets);
+  far_positions_ += end - begin;
+  if (far_positions_ <= kManyReadings * end) return first_decision(all_sums(), begin, end, offsets);
   far_.prepare(all_sums());
-  return far_.first_decision(near_end, offsets);
+  return far_.first_decision(begin, offsets);
+}
+
+void LookAhead::make_sums() {
+  Counts sum{};
+  for (int at = 0; at < size_; ++at) {
+    sums_[static_cast<std::size_t>(at)] = sum;
+    const Cost& cost = kCosts[message_[static_cast<std::size_t>(at)]];
+    sum[kAscii] += cost[kAscii] + (has_open_pair(at) && cost[kAscii] != kDigit ? kDigit : 0);
+    for (const std::size_t scheme : {kC40, kText}) sum[scheme] += cost[scheme];
+    for (const std::size_t scheme : {kX12, kEdifact, kBase256}) {
+      sum[scheme] += cost[scheme] != 0 ? cost[scheme] : refusal(size_ - at);
+    }
+  }
+  sums_[static_cast<std::size_t>(size_)] = sum;
+  has_sums_ = true;
+}
+
+/// The first position at or after `position` that has no digit.
+int LookAhead::end_of_digits(int position) const {
+  while (position < size_ && is_digit(message_[static_cast<std::size_t>(position)])) ++position;
+  return position;
+}
+
+/// What a verdict, there is one, says.
+Scheme LookAhead::scheme_of(const Decision& decision) {
+  if (decision.verdict != Verdict::c40_or_x12) return static_cast<Scheme>(decision.verdict);
+  return separator_follows(decision.position) ? Scheme::x12 : Scheme::c40;
 }
 
 /// True when a CR, * or > stands at or after `position`, before the first character that X12 cannot take.

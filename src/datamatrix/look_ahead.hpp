@@ -3,8 +3,10 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
+#include "datamatrix/excess.hpp"
 #include "datamatrix/far_look_ahead.hpp"
 #include "datamatrix/look_ahead_rules.hpp"
 
@@ -13,33 +15,56 @@ namespace korvex::datamatrix {
 /// The look-ahead test over one message, of at most kMaxCharacters, which outlives it.
 ///
 /// A test compares counts that grow from its own first character. All tests share sums over the message, to
-/// which each adds offsets of its own.
+/// which each adds offsets of its own: the next characters are looked at by their excess over ASCII, those
+/// far away by sums that are made when a test first goes there.
 class LookAhead {
  public:
   explicit LookAhead(std::span<const Character> message);
 
   /// The scheme to use from the character at `position` on, when `current` is in use so far.
-  Scheme best_scheme(int position, Scheme current);
+  Scheme best_scheme(int position, Scheme current) {
+    return current == Scheme::base256 && base256_goes_on(position) ? current : test(position, current);
+  }
 
  private:
+  [[nodiscard]] Excess excess(int position) const { return excess_[static_cast<std::size_t>(position)]; }
+  /// True when the sums have not paired the digit before `position`: with the next one, they will.
+  [[nodiscard]] bool has_open_pair(int position) const {
+    return open_pair_[static_cast<std::size_t>(position)];
+  }
+  /// Whether the first verdict of a test in Base 256 is Base 256 again. Binary data is planned by it alone.
+  [[nodiscard]] bool base256_goes_on(int position) const {
+    const int next = position + kFirstVerdict;
+    return next <= size_ && !has_open_pair(position) &&
+           is_binary(excess(next) + start_excess(position, Scheme::base256));
+  }
+  [[nodiscard]] Excess start_excess(int position, Scheme current) const {
+    return kStartExcess[static_cast<std::size_t>(current)] - excess(position);
+  }
+  Scheme test(int position, Scheme current);
+  [[nodiscard]] Decision first_near_decision(int begin, int end, Excess offset) const;
+  Scheme far_test(int position, int begin, Scheme current);
+  Decision first_far_decision(int position, int begin, Counts& offsets);
+  void make_sums();
   [[nodiscard]] const Counts& sums(int position) const { return sums_[static_cast<std::size_t>(position)]; }
   [[nodiscard]] std::span<const Counts> all_sums() const {
     return std::span(sums_).first(static_cast<std::size_t>(size_) + 1);
   }
-  /// True when the sums pair the character before `position` with the one there.
-  [[nodiscard]] bool begins_within_pair(int position) const {
-    return sums(position)[kAscii] % kCodeword != 0;
-  }
-  [[nodiscard]] bool base256_goes_on(int position) const;
-  Decision decide(int position, Counts& offsets);
+  [[nodiscard]] int end_of_digits(int position) const;
+  Scheme scheme_of(const Decision& decision);
   bool separator_follows(int position);
 
   std::span<const Character> message_;
   int size_ = 0;
-  int far_positions_ = 0;   // looked at one by one in tests that went far
   int separator_from_ = 0;  // from here to separator_stop_ separator_follows() answers the same
   int separator_stop_ = -1;
-  std::array<Counts, kMaxCharacters + 1> sums_;  // of all characters before a position; not cleared
+  // Of all characters before a position; not cleared.
+  std::array<Excess, kMaxCharacters + 1> excess_;
+  std::array<bool, kMaxCharacters + 1> open_pair_;
+
+  bool has_sums_ = false;
+  std::array<Counts, kMaxCharacters + 1> sums_;  // of all characters before a position
+  int far_positions_ = 0;                        // looked at one by one
   FarLookAhead far_;
 };
 

@@ -87,7 +87,7 @@ enum class Verdict : std::uint8_t {
 /// True for counts of which no rule can hold: what most characters leave a test at.
 constexpr bool is_level(const Counts& n) {
   const std::int32_t least = std::min(std::min(n[kC40], n[kText]), std::min(n[kX12], n[kEdifact]));
-  return n[kBase256] >= n[kAscii] && least > n[kAscii] - kCodeword && least < n[kAscii] + kCodeword;
+  return n[kBase256] >= n[kAscii] && least >= n[kAscii] - kCodeword && least < n[kAscii] + kCodeword;
 }
 
 /// The first rule that holds, once kFirstVerdict characters are counted. EDIFACT, Text, X12 and C40 must lead
@@ -99,18 +99,20 @@ constexpr Verdict verdict(const Counts& n) {
   const std::int32_t x12 = n[kX12];
   const std::int32_t edifact = n[kEdifact];
   const std::int32_t base256 = n[kBase256];
-  const std::int32_t least = std::min(std::min(c40, text), std::min(x12, edifact));
+  const std::int32_t c40_or_x12 = std::min(c40, x12);
+  const std::int32_t text_or_edifact = std::min(text, edifact);
+  const std::int32_t least = std::min(c40_or_x12, text_or_edifact);
   if (ascii + kCodeword <= std::min(base256, least)) return Verdict::ascii;
   if (base256 + kCodeword <= ascii || base256 + kCodeword < least) return Verdict::base256;
-  const std::int32_t lower = std::min(ascii, base256);
-  if (least + kCodeword >= lower) return Verdict::none;
-  if (edifact + kCodeword < std::min({lower, c40, text, x12})) return Verdict::edifact;
-  if (text + kCodeword < std::min({lower, c40, x12, edifact})) return Verdict::text;
-  if (x12 + kCodeword < std::min({lower, c40, text, edifact})) return Verdict::x12;
-  if (c40 + kCodeword < std::min({lower, text, edifact}) && c40 <= x12) {
-    return c40 < x12 ? Verdict::c40 : Verdict::c40_or_x12;
+  if (least + kCodeword >= std::min(ascii, base256)) return Verdict::none;
+  // One of the four leads these two. It must lead the other three as well.
+  if (edifact == least) {
+    return edifact + kCodeword < std::min(text, c40_or_x12) ? Verdict::edifact : Verdict::none;
   }
-  return Verdict::none;
+  if (text == least) return text + kCodeword < std::min(edifact, c40_or_x12) ? Verdict::text : Verdict::none;
+  if (x12 + kCodeword < std::min(c40, text_or_edifact)) return Verdict::x12;
+  if (c40 > x12 || c40 + kCodeword >= text_or_edifact) return Verdict::none;
+  return c40 < x12 ? Verdict::c40 : Verdict::c40_or_x12;
 }
 
 struct Decision {

@@ -146,7 +146,9 @@ void Planner::c40_or_text_step() {
     return;
   }
   const auto& table = current_.scheme == Scheme::text ? kTextValues : kC40Values;
-  take(8 * table[next()].count);
+  do {
+    take(8 * table[next()].count);
+  } while (left() > 0 && !at_codeword());
 }
 
 // Where the symbol ends, X12 and EDIFACT go over to ASCII without an unlatch. The segment then takes the
