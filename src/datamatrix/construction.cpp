@@ -1,6 +1,6 @@
 #include "datamatrix/construction.hpp"
 
-#include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
@@ -8,18 +8,6 @@
 
 namespace korvex::datamatrix {
 namespace {
-
-template <std::size_t Index>
-constexpr auto kPlacement =
-    PlacementWalk<kSizes[Index].mapping_rows(), kSizes[Index].mapping_columns()>::run();
-
-template <std::size_t... Index>
-constexpr auto placements(std::index_sequence<Index...>) {
-  static_assert(((kPlacement<Index>.codewords == kSizes[Index].codewords()) && ...));
-  return std::array{std::span<const BitNumber>(kPlacement<Index>.bits)...};
-}
-/// The bit numbers of the mapping matrices of kSizes.
-constexpr auto kPlacements = placements(std::make_index_sequence<kSizes.size()>());
 
 /// The bits of a byte, one each, most significant first.
 constexpr auto kBitsOfByte = [] {
@@ -56,16 +44,56 @@ class RowWriter {
 
 /// Fills a row with a pattern of 64 modules.
 void fill_row(std::span<std::uint64_t> row, int columns, std::uint64_t pattern) {
-  std::ranges::fill(row, pattern);
+  for (std::uint64_t& word : row) word = pattern;
   if (columns % 64 != 0) row.back() &= ~std::uint64_t{0} << (64 - columns % 64);
 }
+
+/// The bits with these numbers behind a dark module, one after the other.
+template <std::size_t... Column>
+std::uint64_t gather(const std::uint8_t* bits, const BitNumber* number, std::index_sequence<Column...> /**/) {
+  std::uint64_t modules = 1;
+  ((modules = 2 * modules + bits[number[Column]]), ...);
+  return modules;
+}
+
+/// Fills the symbol with the bits, a byte each by bit number. For kSizes[Index].
+template <std::size_t Index>
+void place(const std::uint8_t* bits, ModuleMatrix& symbol) {
+  constexpr std::uint64_t kAlternating = 0xAAAA'AAAA'AAAA'AAAA;
+  constexpr std::uint64_t kDark = ~std::uint64_t{0};
+  constexpr SymbolSize kSize = kSizes[Index];
+  constexpr int kRegionHeight = kSize.rows / kSize.region_rows;
+  constexpr int kRegionWidth = kSize.columns / kSize.region_columns;
+  constexpr std::size_t kDataWidth = kRegionWidth - 2;
+  static constexpr auto kPlacement = PlacementWalk<kSize.mapping_rows(), kSize.mapping_columns()>::run();
+  static_assert(kPlacement.codewords == kSize.codewords());
+
+  const BitNumber* number = kPlacement.bits.data();
+  for (int top = 0; top < kSize.rows; top += kRegionHeight) {
+    fill_row(symbol.row(top), kSize.columns, kAlternating);
+    for (int row = top + 1; row < top + kRegionHeight - 1; ++row) {
+      RowWriter writer(symbol.row(row));
+      for (int region = 0; region < kSize.region_columns; ++region) {
+        // The finder's dark column, the codewords' modules, the timing column.
+        const std::uint64_t modules = gather(bits, number, std::make_index_sequence<kDataWidth>());
+        writer.put(modules << 1 | static_cast<std::uint64_t>(row % 2), kRegionWidth);
+        number += kDataWidth;
+      }
+      writer.finish();
+    }
+    fill_row(symbol.row(top + kRegionHeight - 1), kSize.columns, kDark);
+  }
+}
+
+template <std::size_t... Index>
+constexpr auto functions(std::index_sequence<Index...>) {
+  return std::array{&place<Index>...};
+}
+constexpr auto kPlace = functions(std::make_index_sequence<kSizes.size()>());
 
 }  // namespace
 
 ModuleMatrix place_modules(const SymbolSize& size, std::span<const std::uint8_t> codewords) {
-  constexpr std::uint64_t kAlternating = 0xAAAA'AAAA'AAAA'AAAA;
-  constexpr std::uint64_t kDark = ~std::uint64_t{0};
-
   std::array<std::uint8_t, 8 * kMaxCodewords + 2> bits;  // a byte each, by bit number
   std::uint8_t* bit = bits.data();
   for (const std::uint8_t codeword : codewords) {
@@ -76,37 +104,7 @@ ModuleMatrix place_modules(const SymbolSize& size, std::span<const std::uint8_t>
   bit[1] = 1;
 
   ModuleMatrix symbol(size.rows, size.columns);
-  const BitNumber* number = kPlacements[index_of(size)].data();
-  const int region_height = size.rows / size.region_rows;
-  const int region_width = size.columns / size.region_columns;
-  for (int row = 0; row < size.rows; ++row) {
-    const auto modules = symbol.row(row);
-    const int row_in_region = row % region_height;
-    if (row_in_region == 0) {
-      fill_row(modules, size.columns, kAlternating);
-      continue;
-    }
-    if (row_in_region == region_height - 1) {
-      fill_row(modules, size.columns, kDark);
-      continue;
-    }
-    RowWriter writer(modules);
-    for (int region = 0; region < size.region_columns; ++region) {
-      std::uint64_t run = 1;  // the finder's dark column
-      const BitNumber* const end = number + region_width - 2;
-      if (region_width % 4 == 0) {  // widths are even: two, then four at a time
-        run = run << 2 | (bits[number[0]] * 2U + bits[number[1]]);
-        number += 2;
-      }
-      for (; number < end; number += 4) {
-        run =
-            run << 4 | (bits[number[0]] * 8U + bits[number[1]] * 4U + bits[number[2]] * 2U + bits[number[3]]);
-      }
-      run = run << 1 | static_cast<std::uint64_t>(row % 2);  // the timing column
-      writer.put(run, region_width);
-    }
-    writer.finish();
-  }
+  kPlace[index_of(size)](bits.data(), symbol);
   return symbol;
 }
 

@@ -30,11 +30,10 @@ class CodewordWriter {
   }
   /// Base 256: whitened by position, so that equal bytes do not make a pattern.
   void put_randomised(int byte) { put((byte + 149 * (count_ + 1) % 255 + 1) & 0xFF); }
-  /// Three values of C40, Text or X12.
-  void put_triple(int first, int second, int third) {
-    const int number = 1600 * first + 40 * second + third + 1;
-    put(number >> 8);
-    put(number & 0xFF);
+  /// Three values of C40, Text or X12, as digits to base 40.
+  void put_triple(int values) {
+    put((values + 1) >> 8);
+    put((values + 1) & 0xFF);
   }
   void put_pad() {
     const int number = kPad + 149 * (count_ + 1) % 253 + 1;
@@ -69,11 +68,10 @@ void put_ascii(std::span<const Character> characters, CodewordWriter& out) {
 /// The end of C40 and Text, where `over` values make no triple. The last character goes to ASCII unless it
 /// can stay: unshifted in a triple filled up with shift 1, extended in one that fills the symbol.
 /// Returns true when the symbol is in ASCII then.
-bool put_last_values(const std::array<int, 3>& value, int over, Character last, bool shifted,
-                     CodewordWriter& out) {
+bool put_last_values(int values, int over, Character last, bool shifted, CodewordWriter& out) {
   if (over == 0) return false;
   if (over == 2 && (!shifted || (is_extended(last) && out.left() == 2))) {
-    out.put_triple(value[0], value[1], kShift1);
+    out.put_triple(40 * values + kShift1);
     return false;
   }
   if (out.left() >= 2) out.put(kUnlatch);
@@ -84,24 +82,27 @@ bool put_last_values(const std::array<int, 3>& value, int over, Character last, 
 /// Returns true when the symbol is in ASCII behind it.
 bool put_c40_or_text(std::span<const Character> characters, bool text, CodewordWriter& out) {
   const auto& table = text ? kTextValues : kC40Values;
-  std::array<int, 3> value{};
+  int values = 0;
   int over = 0;
   for (const Character c : characters) {
     for (int i = 0; i < table[c].count; ++i) {
-      value[static_cast<std::size_t>(over++)] = table[c].value[static_cast<std::size_t>(i)];
-      if (over < 3) continue;
-      out.put_triple(value[0], value[1], value[2]);
+      values = 40 * values + table[c].value[static_cast<std::size_t>(i)];
+      if (++over < 3) continue;
+      out.put_triple(values);
+      values = 0;
       over = 0;
     }
   }
   const Character last = characters.back();
-  return put_last_values(value, over, last, table[last].count > 1, out);
+  return put_last_values(values, over, last, table[last].count > 1, out);
 }
 
 bool put_x12(std::span<const Character> characters, CodewordWriter& out) {
   std::size_t i = 0;
   for (; i + 3 <= characters.size(); i += 3) {
-    out.put_triple(x12_value(characters[i]), x12_value(characters[i + 1]), x12_value(characters[i + 2]));
+    int values = 0;
+    for (const Character c : characters.subspan(i, 3)) values = 40 * values + x12_value(c);
+    out.put_triple(values);
   }
   const bool unlatched = out.left() >= 2;
   if (unlatched) out.put(kUnlatch);

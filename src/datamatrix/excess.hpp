@@ -53,9 +53,9 @@ inline constexpr Excess kBehind =
     pack({{0, 2 * kCodeword, 2 * kCodeword, 2 * kCodeword, 2 * kCodeword, kCodeword}});
 
 /// What a near test counts for a character that a scheme refuses: less than refusal(), for the fields to hold
-/// it, but enough to keep X12 and EDIFACT two codewords behind ASCII to the end of the test, and Base 256 one.
-/// No rule asks how far behind beyond that. The last kLast characters have a refusal() that is less still,
-/// which does count.
+/// it, but enough to keep X12 and EDIFACT two codewords behind ASCII to the end of the test, and Base 256
+/// one. No rule asks how far behind beyond that. The last kLast characters have a refusal() that is less
+/// still, which does count.
 inline constexpr Counts kRefusal = {{0, 0, 0, 192, 192, 432}};
 inline constexpr int kLast = 6;
 /// By the most that a scheme is ahead of ASCII by the end: at the start, with every other character, and with
