@@ -28,6 +28,8 @@ LookAhead::LookAhead(std::span<const Character> message)
 }
 
 Scheme LookAhead::test(int position, Scheme current) {
+  // Where many tests go far, most of the others do.
+  if (far_.is_ready()) return far_test(position, position + kFirstVerdict, current);
   Excess offset = start_excess(position, current);
   bool ends_open = has_open_pair(size_);
   const int end = std::min(position + kNear, size_) + 1;
