@@ -27,34 +27,8 @@ LookAhead::LookAhead(std::span<const Character> message)
   open_pair_[message.size()] = open_pair;
 }
 
-Scheme LookAhead::test(int position, Scheme current) {
-  // Where many tests go far, most of the others do.
-  if (far_.is_ready()) return far_test(position, position + kFirstVerdict, current);
-  Excess offset = start_excess(position, current);
-  bool ends_open = has_open_pair(size_);
-  const int end = std::min(position + kNear, size_) + 1;
-  Decision decision{position + kFirstVerdict, Verdict::none};
-  if (has_open_pair(position)) {
-    // The sums pair the digits of this run from its start, the test pairs them from its own.
-    const int run_end = end_of_digits(position);
-    decision = first_near_decision(decision.position, std::min(run_end + 1, end), offset);
-    if (run_end == size_) {
-      ends_open = !ends_open;
-    } else {
-      offset += has_open_pair(run_end) ? kOpenPair : -kOpenPair;
-    }
-  }
-  if (decision.verdict == Verdict::none) decision = first_near_decision(decision.position, end, offset);
-  if (decision.verdict != Verdict::none) return scheme_of(decision);
-  if (end <= size_) return far_test(position, end, current);
-  Counts counts = counts_of(excess(size_) + offset);
-  // ASCII counts whole codewords, here as many as leave no count negative, but for a digit without a second.
-  for (std::int32_t& count : counts) count += kNear * kCodeword + (ends_open ? kDigit : 0);
-  return choose_at_end(counts, current);
-}
-
 /// As first_decision(), at positions that are at most kNear behind where the test begins.
-Decision LookAhead::first_near_decision(int begin, int end, Excess offset) const {
+inline Decision LookAhead::first_near_decision(int begin, int end, Excess offset) const {
   for (; begin < end; ++begin) {
     const Excess at = excess(begin) + offset;
     if (is_level(at)) continue;
@@ -63,6 +37,40 @@ Decision LookAhead::first_near_decision(int begin, int end, Excess offset) const
     if (found != Verdict::none) return {begin, found};
   }
   return {begin, Verdict::none};
+}
+
+Scheme LookAhead::test(int position, Scheme current) {
+  // Where many tests go far, most of the others do.
+  if (far_.is_ready()) return far_test(position, position + kFirstVerdict, current);
+  if (has_open_pair(position)) return test_within_digits(position, current);
+  const Excess offset = start_excess(position, current);
+  const int end = near_end(position);
+  const Decision decision = first_near_decision(position + kFirstVerdict, end, offset);
+  if (decision.verdict != Verdict::none) return scheme_of(decision);
+  return end <= size_ ? far_test(position, end, current) : end_test(offset, has_open_pair(size_), current);
+}
+
+/// The test at a digit, or behind the last one, that the sums pair with the digit before.
+Scheme LookAhead::test_within_digits(int position, Scheme current) {
+  // The sums pair the digits of this run from its start, the test pairs them from its own.
+  const int run_end = end_of_digits(position);
+  const int end = near_end(position);
+  Excess offset = start_excess(position, current);
+  Decision decision = first_near_decision(position + kFirstVerdict, std::min(run_end + 1, end), offset);
+  if (run_end < size_) offset += has_open_pair(run_end) ? kOpenPair : -kOpenPair;
+  if (decision.verdict == Verdict::none) decision = first_near_decision(decision.position, end, offset);
+  if (decision.verdict != Verdict::none) return scheme_of(decision);
+  if (end <= size_) return far_test(position, end, current);
+  return end_test(offset, has_open_pair(size_) != (run_end == size_), current);
+}
+
+/// The choice of a test that reads to the end of the message. `open_pair`: a digit without a second one ends
+/// it.
+Scheme LookAhead::end_test(Excess offset, bool open_pair, Scheme current) const {
+  Counts counts = counts_of(excess(size_) + offset);
+  // ASCII counts whole codewords, here as many as leave no count negative, but for that digit.
+  for (std::int32_t& count : counts) count += kNear * kCodeword + (open_pair ? kDigit : 0);
+  return choose_at_end(counts, current);
 }
 
 /// The test at `position` from `begin` on, before which it decided nothing.

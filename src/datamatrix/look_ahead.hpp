@@ -1,6 +1,7 @@
 // The look-ahead test: which encodation scheme suits the characters to come.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -41,7 +42,10 @@ class LookAhead {
   [[nodiscard]] Excess start_excess(int position, Scheme current) const {
     return kStartExcess[static_cast<std::size_t>(current)] - excess(position);
   }
+  [[nodiscard]] int near_end(int position) const { return std::min(position + kNear, size_) + 1; }
   Scheme test(int position, Scheme current);
+  Scheme test_within_digits(int position, Scheme current);
+  [[nodiscard]] Scheme end_test(Excess offset, bool open_pair, Scheme current) const;
   [[nodiscard]] Decision first_near_decision(int begin, int end, Excess offset) const;
   Scheme far_test(int position, int begin, Scheme current);
   Decision first_far_decision(int position, int begin, Counts& offsets);
