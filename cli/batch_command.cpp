@@ -134,6 +134,7 @@ int batch_command(const std::vector<std::string>& arguments) {
       "\"H\"}\n"
       "In CSV:   id,symbology,data,level\n"
       "          A-1,qr,https://example.com,H\n"
+      "          with commas, semicolons or tabs\n"
       "A job that fails stops nothing; the exit status is 1 then, and the report says why.");
   BatchArguments parsed;
   add_options(line, parsed);

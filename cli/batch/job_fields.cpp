@@ -35,11 +35,15 @@ bool is_option_of_any(std::string_view name) {
       symbologies(), [&](const Symbology& symbology) { return option_of(symbology, name) != nullptr; });
 }
 
+/// Spreadsheets write TRUE, scripts True.
 bool truth(std::string_view name, std::string_view value) {
   constexpr std::array<std::string_view, 4> kTrue = {"true", "1", "yes", ""};
   constexpr std::array<std::string_view, 3> kFalse = {"false", "0", "no"};
-  if (std::ranges::find(kTrue, value) != kTrue.end()) return true;
-  if (std::ranges::find(kFalse, value) != kFalse.end()) return false;
+  std::string word(value);
+  std::ranges::transform(word, word.begin(),
+                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  if (std::ranges::find(kTrue, word) != kTrue.end()) return true;
+  if (std::ranges::find(kFalse, word) != kFalse.end()) return false;
   throw UsageError("The field \"" + printable(name) + "\" is true or false, not \"" + printable(value) +
                    "\".");
 }

@@ -79,7 +79,20 @@ class JsonLines : public Splitter {
   std::size_t line_ = 0;
 };
 
-/// RFC 4180, and quotes within unquoted cells as they stand.
+/// What parts the cells of CSV: the first comma, semicolon or tab of its header, for spreadsheets write what
+/// their country has. Nothing while the header may go on.
+std::optional<char> separator_of(std::string_view csv) {
+  bool is_quoted = false;
+  for (const char c : csv.substr(std::min(csv.find_first_not_of(" \t\r\n"), csv.size()))) {
+    if (c == '"') is_quoted = !is_quoted;
+    if (is_quoted) continue;
+    if (c == ',' || c == ';' || c == '\t') return c;
+    if (c == '\r' || c == '\n') return ',';
+  }
+  return std::nullopt;
+}
+
+/// RFC 4180, with any of the separators, and quotes within unquoted cells as they stand.
 class Csv : public Splitter {
  public:
   Csv() {
@@ -95,15 +108,29 @@ class Csv : public Splitter {
   Csv& operator=(const Csv&) = delete;
 
   void take(std::string_view bytes) override {
+    if (is_separator_known_) return parse(bytes);
+    start_ += bytes;
+    if (const auto separator = separator_of(start_)) {
+      csv_set_delim(&parser_, static_cast<unsigned char>(*separator));
+    } else if (start_.size() < kLongest) {
+      return;
+    }
+    is_separator_known_ = true;
+    parse(std::exchange(start_, {}));
+  }
+  void end() override {
+    parse(start_);
+    csv_fini(&parser_, on_cell, on_row, this);
+  }
+
+ private:
+  void parse(std::string_view bytes) {
     if (csv_parse(&parser_, bytes.data(), bytes.size(), on_cell, on_row, this) != bytes.size()) {
       throw Failure("The record that begins in line " + std::to_string(line_) +
                     " of the list has more than " + std::to_string(kLongest) +
                     " bytes; is a quote left open?");
     }
   }
-  void end() override { csv_fini(&parser_, on_cell, on_row, this); }
-
- private:
   static void on_cell(void* bytes, std::size_t size, void* self) {
     auto& csv = *static_cast<Csv*>(self);
     csv.cells_.emplace_back(static_cast<const char*>(bytes), size);
@@ -123,6 +150,8 @@ class Csv : public Splitter {
   }
 
   csv_parser parser_{};
+  bool is_separator_known_ = false;
+  std::string start_;  // what is read before it is known
   std::vector<std::string> cells_;
   std::size_t line_ = 1;
 };

@@ -30,7 +30,9 @@ test('a job draws what the same options draw, from JSON and from CSV', () =>
     const csv = '\ufeffid,symbology,data,level,quiet_zone,foreground,no_text,module,hex,data_file,rect\r\n' +
       'a,qr,"Grüße, ""1""",H,2,#102030,,,,,\r\n\r\nb,ean13,400638133393,,,,true,3,,,\r\n' +
       'c,code128,4b 37,,,,,,yes,,\r\nd,datamatrix,,,,,,,,bytes.bin,no';
-    for (const list of [json, csv]) {
+    // As spreadsheets of other countries write it, and as they copy it.
+    const semicolons = csv.replaceAll(',', ';').replace('Grüße;', 'Grüße,').replace('yes', 'TRUE');
+    for (const list of [json, csv, semicolons, semicolons.replaceAll(';', '\t')]) {
       const { out, status, pictures } = batch(folder, list);
       assert.equal(status, 0);
       assert.deepEqual(pictures, ['a-qr.png', 'b-ean13.png', 'c-code128.png', 'd-datamatrix.png']);
