@@ -229,6 +229,9 @@ class RecordReader::Source {
       start_ += bytes;
       if (start_.size() < kByteOrderMark.size() && !at_end_) return read_on();
       bytes = start_;
+      if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) {
+        throw Failure("The list is text in UTF-16; save it as UTF-8.");
+      }
       if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
       const std::size_t first = bytes.find_first_not_of(" \t\r\n");
       if (first == std::string_view::npos) {

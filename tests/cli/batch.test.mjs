@@ -99,6 +99,7 @@ test('a column that nothing knows, and a list that cannot be read, stop the run 
       [2, /The column "price" is no field .* --ignore price passes it over/, 'id,data,price\n', '-o', 'out'],
       [1, /Two columns of the list are called "data"/, 'data,data\n', '-o', 'out'],
       [1, /A column of the list has no name/, 'id,,data\n', '-o', 'out'],
+      [1, /text in UTF-16; save it as UTF-8/, Buffer.from('\ufeffid,data\n', 'utf16le'), '-o', 'out'],
       [1, /begins in line 2 of the list has more than 4194304 bytes; is a quote left open/,
         `data\n"${'x\n'.repeat(3 << 20)}`, '--symbology', 'qr', '-o', 'out'],
       [2, /Nothing says where the symbols go/, '{}'],
