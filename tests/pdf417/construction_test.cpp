@@ -162,20 +162,6 @@ TEST(Pdf417Construction, DrawsWhatTheTextSays) {
   }
 }
 
-TEST(Pdf417ErrorCorrection, CodewordsVanishAtEveryRoot) {
-  for (const Options& options : all_shapes()) {
-    const auto result = codewords(options, "ABC");
-    if (!result) continue;
-    unsigned root = 1;
-    for (int i = 0; i < result->check_codewords; ++i) {
-      root = root * 3 % 929;
-      unsigned value = 0;
-      for (const unsigned codeword : result->values) value = (value * root + codeword) % 929;
-      ASSERT_EQ(value, 0U) << result->check_codewords << " check codewords, root " << i + 1;
-    }
-  }
-}
-
 TEST(Pdf417Options, SayWhatIsWrong) {
   struct Case {
     Options options;
