@@ -93,6 +93,20 @@ TEST(DataMatrixLookAhead, DecidesAsTheDirectFormOnRandomCharacters) {
   }
 }
 
+// Level for about as long as the near test reads, then every kind: the far test must take over in time.
+TEST(DataMatrixLookAhead, DecidesAsTheDirectFormWhereTheNearTestEnds) {
+  for (const Characters& level : {Characters{1, '1'}, {' ', '0'}, {'A', 'a'}}) {
+    for (std::size_t length = kNear - 4; length < kNear + 8; ++length) {
+      for (const Character kind : kKinds) {
+        Characters message;
+        while (message.size() < length) message.push_back(level[message.size() % level.size()]);
+        message.resize(length + 12, kind);
+        expect_same(message);
+      }
+    }
+  }
+}
+
 // Repeated patterns keep schemes level for long: here the far test and its proofs are at work.
 TEST(DataMatrixLookAhead, DecidesAsTheDirectFormWherePatternsRepeat) {
   std::mt19937 random(7);
