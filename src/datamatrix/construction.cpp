@@ -1,5 +1,6 @@
 #include "datamatrix/construction.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <utility>
@@ -44,13 +45,14 @@ class RowWriter {
 
 /// Fills a row with a pattern of 64 modules.
 void fill_row(std::span<std::uint64_t> row, int columns, std::uint64_t pattern) {
-  for (std::uint64_t& word : row) word = pattern;
+  std::ranges::fill(row, pattern);
   if (columns % 64 != 0) row.back() &= ~std::uint64_t{0} << (64 - columns % 64);
 }
 
 /// The bits with these numbers behind a dark module, one after the other.
 template <std::size_t... Column>
-std::uint64_t gather(const std::uint8_t* bits, const BitNumber* number, std::index_sequence<Column...> /**/) {
+std::uint64_t gather(const std::uint8_t* bits, const BitNumber* number,
+                     std::index_sequence<Column...> /*unused*/) {
   std::uint64_t modules = 1;
   ((modules = 2 * modules + bits[number[Column]]), ...);
   return modules;

@@ -13,7 +13,6 @@ Counts counts_of(Excess at) {
 }
 
 Verdict verdict(Excess at) {
-  if (is_binary(at)) return Verdict::base256;
   return verdict(counts_of(at));
 }
 

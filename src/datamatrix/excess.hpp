@@ -58,16 +58,18 @@ inline constexpr Excess kBehind =
 /// still, which does count.
 inline constexpr Counts kRefusal = {{0, 0, 0, 192, 192, 432}};
 inline constexpr int kLast = 6;
-/// By the most that a scheme is ahead of ASCII by the end: at the start, with every other character, and with
-/// a digit that stays alone.
-constexpr bool is_refused(std::int32_t refusal, std::int32_t ascii, std::int32_t lead, std::int32_t behind) {
+/// Whether that much is left of it once the scheme has won all that it can: at the start, with every other
+/// character, and with a digit that stays alone.
+constexpr bool refusal_suffices(std::int32_t refusal, std::int32_t ascii, std::int32_t lead,
+                                std::int32_t behind) {
   return refusal - ascii - kCodeword - (kNear - 1) * lead - kDigit >= behind;
 }
 static_assert(kRefusal[kX12] <= refusal(kLast + 1) && kRefusal[kEdifact] <= refusal(kLast + 1));
-static_assert(is_refused(kRefusal[kX12], 2 * kCodeword, 4, 2 * kCodeword) &&
-              is_refused(kRefusal[kEdifact], 2 * kCodeword, 3, 2 * kCodeword) &&
-              is_refused(kRefusal[kBase256], kCodeword, kCodeword, kCodeword));
+static_assert(refusal_suffices(kRefusal[kX12], 2 * kCodeword, 4, 2 * kCodeword) &&
+              refusal_suffices(kRefusal[kEdifact], 2 * kCodeword, 3, 2 * kCodeword) &&
+              refusal_suffices(kRefusal[kBase256], kCodeword, kCodeword, kCodeword));
 
+/// Whether the field holds the most that a near test counts; 8 is that of a character of four values.
 constexpr bool has_room(std::size_t scheme, std::int32_t most_a_character) {
   const std::int32_t most = kZero[scheme] + kStartCounts[kC40][kBase256] + kNear * most_a_character;
   return most < 2 << (kTopBit[scheme] - kLowBit[scheme]);
@@ -88,12 +90,12 @@ inline constexpr auto kStartExcess = [] {
   return starts;
 }();
 
-/// What a character adds, with `refusal` in the schemes that refuse it.
-constexpr Excess step(Character c, const Counts& refusal) {
+/// What a character adds, with these counts in the schemes that refuse it.
+constexpr Excess step(Character c, const Counts& refused) {
   const Cost& cost = kCosts[c];
   Counts fields{};
   for (const std::size_t scheme : excess::kSchemes) {
-    fields[scheme] = (cost[scheme] != 0 ? cost[scheme] : refusal[scheme]) - cost[kAscii];
+    fields[scheme] = (cost[scheme] != 0 ? cost[scheme] : refused[scheme]) - cost[kAscii];
   }
   return excess::pack(fields);
 }

@@ -9,11 +9,11 @@ LookAhead::LookAhead(std::span<const Character> message)
   Excess sum = 0;
   bool open_pair = false;
   int at = 0;
-  const auto add = [&](Character c, Excess step) {
+  const auto add = [&](Character c, Excess added) {
     excess_[static_cast<std::size_t>(at)] = sum;
     open_pair_[static_cast<std::size_t>(at)] = open_pair;
     const bool digit = is_digit(c);
-    sum += step - (open_pair && !digit ? kOpenPair : 0);
+    sum += added - (open_pair && !digit ? kOpenPair : 0);
     open_pair = !open_pair && digit;
     ++at;
   };
@@ -123,7 +123,7 @@ int LookAhead::end_of_digits(int position) const {
   return position;
 }
 
-/// What a verdict, there is one, says.
+/// The scheme that a verdict, there must be one, chooses.
 Scheme LookAhead::scheme_of(const Decision& decision) {
   if (decision.verdict != Verdict::c40_or_x12) return static_cast<Scheme>(decision.verdict);
   return separator_follows(decision.position) ? Scheme::x12 : Scheme::c40;

@@ -119,6 +119,31 @@ TEST(QrConstruction, AlignmentPatternsStandWhereTheStandardHasThem) {
   }
 }
 
+// The standard's counts of data modules, and of those that codewords leave over, which no reader looks at.
+TEST(QrConstruction, DataAreaHoldsTheCodewordsAndTheRemainder) {
+  const auto remainder = [](SymbolType type, int version) {
+    if (type == SymbolType::micro) return 0;
+    if (type == SymbolType::model1) return -4;  // four zero bits at the start lie under the corner pattern
+    if (version == 1 || (version >= 7 && version <= 13) || version >= 35) return 0;
+    if (version <= 6) return 7;
+    return version >= 21 && version <= 27 ? 4 : 3;
+  };
+  for (const SymbolType type : {SymbolType::model1, SymbolType::model2, SymbolType::micro}) {
+    for (int version = 1; version <= version_count(type); ++version) {
+      Canvas canvas;
+      draw_function_patterns(type, version, canvas);
+      int modules = 0;
+      for (int row = 0; row < canvas.rows; ++row) {
+        for (int column = 0; column < canvas.columns; ++column)
+          modules += bit(canvas.data_area, row, column) ? 1 : 0;
+      }
+      const int total = 8 * capacity(type, version, Level::low).total_codewords;
+      EXPECT_EQ(modules, total - (has_short_last_codeword(type, version) ? 4 : 0) + remainder(type, version))
+          << version_name(type, version);
+    }
+  }
+}
+
 // ISO/IEC 18004:2015, Annex C (format information 101001101110111 before masking of level M, mask 5 ...) and
 // Annex D.
 TEST(QrConstruction, FormatAndVersionInformation) {

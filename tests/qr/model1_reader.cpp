@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "support.hpp"
+
 namespace korvex::qr::test {
 namespace {
 
@@ -111,19 +113,6 @@ class Reader {
   int side_;
 };
 
-/// A codeword polynomial is zero at the powers 0 to `roots` - 1 of the field's generator.
-bool is_valid_block(const std::vector<std::uint8_t>& block, int roots) {
-  for (int root = 0; root < roots; ++root) {
-    unsigned sum = 0;
-    for (const std::uint8_t codeword : block) {
-      for (int i = 0; i < root; ++i) sum = sum << 1 ^ (sum >= 128 ? 0x11D : 0);
-      sum ^= codeword;
-    }
-    if (sum != 0) return false;
-  }
-  return true;
-}
-
 class BitReader {
  public:
   explicit BitReader(const std::vector<std::uint8_t>& bytes) : bytes_(bytes) {}
@@ -218,6 +207,11 @@ std::optional<Model1Content> read_model1(const ModuleMatrix& symbol,
     data.insert(data.end(), block.begin(), block.end());
     block.insert(block.end(), check, check + check_length);
     if (!is_valid_block(block, check_length)) return std::nullopt;
+  }
+  int filler = 0xEC;
+  for (int i = parts.data_codewords + parts.blocks * check_length; i < parts.total_codewords; ++i) {
+    if (codewords[static_cast<std::size_t>(i)] != filler) return std::nullopt;
+    filler ^= 0xEC ^ 0x11;
   }
   BitReader bits(data);
   if (!read_segments(bits, version, content)) return std::nullopt;

@@ -62,6 +62,19 @@ inline Bytes random_bytes(std::mt19937& random, std::size_t count) {
   return result;
 }
 
+/// A codeword polynomial is zero at the powers 0 to `roots` - 1 of 2 in GF(256) modulo 0x11D.
+inline bool is_valid_block(const Bytes& block, int roots) {
+  for (int root = 0; root < roots; ++root) {
+    unsigned sum = 0;
+    for (const std::uint8_t codeword : block) {
+      for (int i = 0; i < root; ++i) sum = sum << 1 ^ (sum >= 128 ? 0x11D : 0);
+      sum ^= codeword;
+    }
+    if (sum != 0) return false;
+  }
+  return true;
+}
+
 inline constexpr SymbolType kAllTypes[] = {SymbolType::model1, SymbolType::model2, SymbolType::micro,
                                            SymbolType::rmqr};
 
