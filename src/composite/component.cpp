@@ -85,6 +85,8 @@ std::string_view name_of(Method method) {
       return "general";
     case Method::date:
       return "date";
+    case Method::batch:
+      return "batch";
     case Method::ai_90:
       return "AI 90";
   }
@@ -153,7 +155,7 @@ Fault encode_cc_a_or_b(const Request& request, int columns, Component2d& compone
 Fault encode_cc_c(const Request& request, int columns, Component2d& component, Details* details) {
   if (const Fault fault = check_text(*request.component)) return fault;
   ElementText text(*request.component);
-  CcCSizing sizing(columns);
+  CcCSizing sizing(columns, request.dialect);
   Compaction compaction(text, sizing, kMostCcCBits);
   if (const Fault fault = compact(request, text, compaction, details)) return fault;
 

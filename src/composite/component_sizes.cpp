@@ -123,12 +123,14 @@ int CcCSizing::remaining_bits(int bits) {
 
   rows_ = rows_for(columns_);
   if (rows_ > kMostCcCRows) return -1;
-  while (columns_ + 4 > 4 * rows_) {
-    --columns_;
-    rows_ = rows_for(columns_);
-    if (rows_ > kMostCcCRows) return -1;
+  if (dialect_ == Dialect::korvex32) {
+    while (columns_ + 4 > 4 * rows_) {
+      --columns_;
+      rows_ = rows_for(columns_);
+      if (rows_ > kMostCcCRows) return -1;
+    }
+    if (rows_ == kLeastCcCRows) columns_ = std::max(kLeastFlatColumns, rounded_up(needed, kLeastCcCRows));
   }
-  if (rows_ == kLeastCcCRows) columns_ = std::max(kLeastFlatColumns, rounded_up(needed, kLeastCcCRows));
 
   const int capacity_codewords = columns_ * rows_ - kCcCHeaderCodewords - check_codewords_;
   const int capacity_bytes = capacity_codewords / 5 * 6 + capacity_codewords % 5;

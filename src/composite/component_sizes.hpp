@@ -37,11 +37,11 @@ class CcAOrBSizing final : public Sizing {
   const ComponentSize* chosen_ = nullptr;
 };
 
-/// The CC-C that holds the bits, no wider than its linear component.
+/// The CC-C of so many columns that holds the bits: as wide as its linear component allows (ISO/IEC 24723).
+/// Dialect::korvex32 takes a narrower one when it would be flat, and its columns never grow again.
 class CcCSizing final : public Sizing {
  public:
-  explicit CcCSizing(int columns) : columns_(columns) {}
-  /// A narrower symbol than the columns allow is chosen when it would be flat. The columns never grow again.
+  CcCSizing(int columns, Dialect dialect) : columns_(columns), dialect_(dialect) {}
   int remaining_bits(int bits) override;
 
   // What the last call chose.
@@ -51,6 +51,7 @@ class CcCSizing final : public Sizing {
 
  private:
   int columns_;
+  Dialect dialect_;
   int rows_ = 0;
   int check_codewords_ = 0;
 };

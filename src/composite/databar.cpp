@@ -19,6 +19,9 @@ static_assert(kHalfValues == 4'537'077);
 constexpr std::size_t kElements = 42;
 constexpr std::size_t kUpperElements = 21;  // of a stacked symbol's upper row
 using SymbolElements = std::array<std::uint8_t, kElements>;
+// Places of the finders' wide elements; the right finder is drawn from its inner end.
+constexpr std::size_t kLeftFinder = 8;
+constexpr std::size_t kRightFinder = 31;
 
 constexpr int kModules = 96;         // guards included
 constexpr int kStackedModules = 50;  // of each row
@@ -77,11 +80,21 @@ SymbolElements symbol_elements(const CharacterValues& values) {
   put_forward(characters[3], elements, 21);
   put_backward(characters[2], elements, 41);
   for (std::size_t i = 0; i < 3; ++i) {
-    elements[8 + i] = left_finder[i];
-    elements[33 - i] = right_finder[i];
+    elements[kLeftFinder + i] = left_finder[i];
+    elements[kRightFinder + 2 - i] = right_finder[i];
   }
   elements[11] = elements[12] = elements[29] = elements[30] = 1;
   return elements;
+}
+
+/// The finder patterns among `elements`, of which the first is element `first` of the symbol.
+FinderPlaces finder_places(const Request& request, Elements elements, std::size_t first, bool dark_first) {
+  if (!request.standard()) return finder_like_places(elements, dark_first);
+  FinderPlaces places;
+  for (const std::size_t finder : {kLeftFinder, kRightFinder}) {
+    if (finder >= first && finder < first + elements.size()) places.push(finder - first);
+  }
+  return places;
 }
 
 /// Both components of a request, the linear one as elements.
@@ -123,7 +136,8 @@ Fault build_databar(const Request& request, Symbol& symbol, Details* details) {
   }
   Stack stack(symbol, component, 2, component_width(component));
   stack.add_component(0);
-  stack.add(adjacent_row_separator(row, elements, false), kLeftPad, 1);
+  stack.add(adjacent_row_separator(row, elements, false, finder_places(request, elements, 0, false)),
+            kLeftPad, 1);
   stack.add(row, kLeftPad, height);
   return {};
 }
@@ -141,14 +155,17 @@ Fault build_databar_stacked(const Request& request, Symbol& symbol, Details* det
   const bool linked = component.kind != Component::none;
   const int rows = (omnidirectional ? 5 : 3) + (linked ? 1 : 0);
   Stack stack(symbol, component, rows, kStackedModules + (linked ? kStackedRightPad : 0));
-  const Row upper_separator = adjacent_row_separator(upper, upper_elements, false);
+  const Row upper_separator =
+      adjacent_row_separator(upper, upper_elements, false, finder_places(request, upper_elements, 0, false));
   stack.add_component(0);
   if (linked) stack.add(upper_separator, 0, 1);
   if (omnidirectional) {
     stack.add(upper, 0, kOmnidirectionalHeight);
     stack.add(upper_separator, 0, 1);
     stack.add(alternating_middle_separator(kStackedModules), 0, 1);
-    stack.add(adjacent_row_separator(lower, lower_elements, true), 0, 1);
+    stack.add(adjacent_row_separator(lower, lower_elements, true,
+                                     finder_places(request, lower_elements, kUpperElements, true)),
+              0, 1);
     stack.add(lower, 0, kOmnidirectionalHeight);
   } else {
     stack.add(upper, 0, kStackedUpperHeight);

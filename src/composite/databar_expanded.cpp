@@ -117,8 +117,9 @@ struct SymbolRow {
 /// Cuts the symbol into rows of equal numbers of symbol characters.
 class RowCutter {
  public:
-  RowCutter(const SymbolElements& elements, int characters, int segments_per_row)
-      : elements_(elements),
+  RowCutter(const Request& request, const SymbolElements& elements, int characters, int segments_per_row)
+      : request_(request),
+        elements_(elements),
         characters_(characters),
         characters_per_row_(std::min(characters, segments_per_row)) {}
 
@@ -152,7 +153,11 @@ class RowCutter {
 
     SymbolRow row;
     row.modules = guarded_row(widths, dark_first);
-    if (with_separator) row.separator = adjacent_row_separator(row.modules, widths, dark_first);
+    if (with_separator) {
+      const auto first_element = static_cast<std::size_t>(first);
+      row.separator = adjacent_row_separator(row.modules, widths, dark_first,
+                                             finder_places(widths, first_element, dark_first));
+    }
     if (reversed && index == row_count() - 1 && count % 2 != 0) {
       reversed = false;  // the colours would not go with those of the row above: it is moved instead
       row.left_pad = 1;
@@ -165,6 +170,20 @@ class RowCutter {
   }
 
  private:
+  /// The finder patterns among `widths`, of which the first is element `first` of the symbol.
+  [[nodiscard]] FinderPlaces finder_places(Elements widths, std::size_t first, bool dark_first) const {
+    if (!request_.standard()) return finder_like_places(widths, dark_first);
+    FinderPlaces places;
+    for (std::size_t element = 0; element + kFinderElements <= widths.size(); ++element) {
+      if ((first + element) % kPairElements != kCharacterElements) continue;
+      // From its inner end a finder begins with its two narrow elements.
+      const bool reversed = widths[element] == 1 && widths[element + 1] == 1;
+      places.push(element + (reversed ? 2 : 0));
+    }
+    return places;
+  }
+
+  const Request& request_;
   const SymbolElements& elements_;
   int characters_;
   int characters_per_row_;
@@ -203,7 +222,7 @@ Fault build_databar_expanded(const Request& request, Symbol& symbol, Details* de
   const int check = put_elements(data, elements);
   if (details != nullptr) note_details(request, data, check, *details);
 
-  const RowCutter cutter(elements, characters, request.segments_per_row);
+  const RowCutter cutter(request, elements, characters, request.segments_per_row);
   const int rows = cutter.row_count();
   const bool linked = component.kind != Component::none;
   symbol.overhanging_rows = cutter.overhanging_rows();

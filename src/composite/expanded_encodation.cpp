@@ -47,6 +47,11 @@ struct MethodField {
       0;  ///< place of the two bits that say how long the symbol is; 0: it is of fixed length
 };
 
+/// Whether AI 01 and 14 digits stand in front.
+bool begins_with_item_number(Bytes text) {
+  return text.size() >= kAfterGtin && text[0] == '0' && text[1] == '1' && all_digits(text.first(kAfterGtin));
+}
+
 Fault check_text(const Request& request) {
   const Bytes text = request.linear;
   if (const int position = find_bad_character(text)) {
@@ -56,12 +61,14 @@ Fault check_text(const Request& request) {
     return {Reason::bad_linear_character, static_cast<int>(caret - text.begin()) + 1, kCaret};
   }
   const int size = static_cast<int>(text.size());
-  if (size < kAfterGtin || text[0] != '0' || text[1] != '1' || !all_digits(text.first(kAfterGtin))) {
-    return {Reason::not_a_gtin};
-  }
-  const int most = all_digits(text) ? kMostCharacters : kMostCharactersWithOthers;
-  if (size > most) return {Reason::expanded_too_long, 0, size, most};
-  if (request.standard()) {  // readers compute the check digit anew
+  const bool with_item_number = begins_with_item_number(text);
+  if (!request.standard()) {
+    if (!with_item_number) return {Reason::not_a_gtin};
+    const int most = all_digits(text) ? kMostCharacters : kMostCharactersWithOthers;
+    if (size > most) return {Reason::expanded_too_long, 0, size, most};
+  } else if (size == 0) {
+    return {Reason::no_element_string};
+  } else if (with_item_number) {  // readers compute the check digit anew
     const int given = text[kAfterGtin - 1] - '0';
     const int expected = check_digit(text.subspan(kGtin, kAfterGtin - 1 - kGtin));
     if (given != expected) return {Reason::wrong_check_digit, kAfterGtin, given, expected};
@@ -85,6 +92,12 @@ class MethodChooser {
       : request_(request), text_(text), compaction_(compaction) {}
 
   Fault put(MethodField& field) {
+    if (!begins_with_item_number(text_.bytes())) {  // method 00
+      field.name = "general";
+      field.size_bits_place = 3;
+      compaction_.put(0b0000, 4);
+      return {};
+    }
     if (text_[kGtin] == '9') {
       if (put_weight_of_one_ai()) {
         field.name = "weight";

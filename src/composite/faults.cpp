@@ -76,6 +76,8 @@ std::string sentence(const Fault& fault, const Request& request) {
       return "This number has no zeros where UPC-E leaves them out; draw it as UPC-A.";
     case Reason::not_a_gtin:
       return "GS1 DataBar Expanded begins with 01 and the 14 digits of an item number.";
+    case Reason::no_element_string:
+      return "GS1 DataBar Expanded holds element strings; none is given.";
     case Reason::wrong_check_digit:
       return "The check digit " + given + " at position " + position +
              " is wrong: the item number has the check digit " + expected + ".";

@@ -1,4 +1,6 @@
 // GS1-128 as a linear component.
+#include <algorithm>
+
 #include "composite/code128.hpp"
 #include "composite/row.hpp"
 #include "composite/stack.hpp"
@@ -19,11 +21,14 @@ constexpr int kComponentRightPad = 12;
 constexpr int kLeastCharactersUnderCcC = 7;
 constexpr int kCcCLeftPad = 1;
 
-/// Data columns of the widest CC-C that stands on `characters` symbol characters.
-int cc_c_columns(int characters) {
-  constexpr int kPdf417Modules = 17;
-  constexpr int kOtherColumns = 4;  // start, stop and two row indicators
-  return (kCharacterModules * characters + 16) / kPdf417Modules - kOtherColumns;
+/// Data columns of the widest CC-C that stands on `characters` symbol characters: with the two light modules
+/// at each of its ends it is no wider than the linear component with its quiet zones (ISO/IEC 24723).
+/// Dialect::korvex32 leaves one module free.
+int cc_c_columns(int characters, Dialect dialect) {
+  constexpr int kColumnModules = 17;
+  constexpr int kOtherModules = 17 * 4 + 1 + 2 * 2;  // start, row indicators, stop; quiet zones
+  const int width = kCharacterModules * characters + kOutsideModules - (dialect == Dialect::korvex32 ? 1 : 0);
+  return (width - kOtherModules) / kColumnModules;
 }
 
 /// The bars, or between quiet zones the opposite of every module: the separator.
@@ -50,7 +55,7 @@ Fault encode_component(const Request& request, int characters, int width, Compon
   if (request.symbology == Symbology::gs1_128_cc_c) {
     if (const Fault fault = check_width(characters, kLeastCharactersUnderCcC)) return fault;
     left_pad = kCcCLeftPad;
-    return encode_cc_c(request, cc_c_columns(characters), component, details);
+    return encode_cc_c(request, cc_c_columns(characters, request.dialect), component, details);
   }
   if (const Fault fault = check_width(characters, kLeastCharacters)) return fault;
   if (const Fault fault = encode_cc_a_or_b(request, 4, component, details)) return fault;
@@ -82,7 +87,9 @@ Fault build_gs1_128(const Request& request, Symbol& symbol, Details* details) {
   }
 
   const bool linked = request.component.has_value();
-  Stack stack(symbol, component, linked ? 2 : 1, width);
+  // A CC-C that fills the width stands one module to the right of it.
+  const int stack_width = linked ? std::max(width, left_pad + component_width(component)) : width;
+  Stack stack(symbol, component, linked ? 2 : 1, stack_width);
   stack.add_component(left_pad);
   if (linked) stack.add(symbol_row(values, true), 0, 1);
   stack.add(symbol_row(values, false), 0, request.linear_height);

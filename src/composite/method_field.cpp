@@ -39,6 +39,11 @@ Fault put_date(Dialect dialect, ElementText& text, Compaction& compaction) {
   return {};
 }
 
+/// AI 10 in front is told by a method field of its own, without a date (ISO/IEC 24723, encodation method 10).
+bool begins_with_batch(const ElementText& text) {
+  return text.size() >= 3 && text[0] == '1' && text[1] == '0' && text[2] != kFnc1;
+}
+
 /// The place of the letter in 90, a number below 1000, a capital letter; 0 when `text` does not begin so.
 int letter_of_ai_90(Dialect dialect, const ElementText& text) {
   if (text[0] != '9' || text[1] != '0') return 0;
@@ -162,6 +167,12 @@ Fault put_method_field(Dialect dialect, ElementText& text, Compaction& compactio
   if (begins_with_date(text)) {
     method = Method::date;
     return put_date(dialect, text, compaction);
+  }
+  if (dialect == Dialect::standard && begins_with_batch(text)) {
+    method = Method::batch;
+    compaction.put(0b1011, 4);
+    compaction.move_to(2);
+    return {};
   }
   if (const int letter = letter_of_ai_90(dialect, text); letter > 0) {
     method = Method::ai_90;

@@ -10,13 +10,14 @@ namespace korvex::composite {
 
 enum class Method : std::uint8_t {
   general,
-  date,  ///< AI 11 or 17, and AI 10 after it
+  date,   ///< AI 11 or 17, and AI 10 after it
+  batch,  ///< AI 10
   ai_90,
 };
 
 /// Appends the method field that `text` asks for, and with AI 90 its data; `compaction` stands behind the
-/// characters that this covers. In Dialect::korvex32 a date's month and day may be any two digits, and a zero
-/// in front of the number of AI 90 is dropped.
+/// characters that this covers. In Dialect::korvex32 a date's month and day may be any two digits, a zero
+/// in front of the number of AI 90 is dropped, and AI 10 alone takes the general method.
 Fault put_method_field(Dialect dialect, ElementText& text, Compaction& compaction, Method& method);
 
 /// YY, MM and DD at `first` as the 16 bits of a date. Requires six digits.

@@ -45,7 +45,8 @@ enum class Reason : std::uint8_t {
   not_a_upca_number,       ///< given: digits
   number_system_not_zero,  ///< UPC-E
   zeros_not_suppressible,  ///< UPC-E
-  not_a_gtin,              ///< DataBar Expanded
+  not_a_gtin,              ///< DataBar Expanded in Dialect::korvex32
+  no_element_string,       ///< DataBar Expanded
   wrong_check_digit,       ///< DataBar Expanded, given, expected: digits
   bad_linear_character,    ///< position, given
   expanded_too_long,       ///< given, expected: characters

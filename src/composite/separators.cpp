@@ -56,29 +56,38 @@ Row guarded_row(Elements elements, bool dark_first) {
   return row;
 }
 
-Row adjacent_row_separator(const Row& row, Elements elements, bool dark_first) {
+FinderPlaces finder_like_places(Elements elements, bool dark_first) {
+  FinderPlaces places;
+  for (std::size_t i = 0; i + 3 <= elements.size();) {
+    if (elements[i] + elements[i + 1] + elements[i + 2] != kFinderModules) {
+      ++i;
+      continue;
+    }
+    places.push(i);
+    const bool dark = dark_first == (i % 2 == 0);
+    i += dark ? 3 : 4;  // the narrow dark element behind a light one cannot begin another one
+  }
+  return places;
+}
+
+Row adjacent_row_separator(const Row& row, Elements elements, bool dark_first, const FinderPlaces& finders) {
   Row separator = row.inverted();
-  int module = 2;  // behind the guard
   const auto alternate = [&separator](int first, int count) {
     separator.replace(first, count, alternating_modules(count));
   };
-  for (std::size_t i = 0; i < elements.size();) {
-    std::size_t advance = 1;
-    if (i + 3 <= elements.size() && elements[i] + elements[i + 1] + elements[i + 2] == kFinderModules) {
-      const bool dark = dark_first == (i % 2 == 0);
-      if (!dark) {
-        alternate(module, elements[i]);
-        alternate(module + elements[i] + elements[i + 1], elements[i + 2]);
-        advance = 4;  // the finder's narrow dark element cannot begin another one
-      } else if (elements[i + 1] == 1) {
-        separator.replace(module, kFinderModules, 0b0000000000100);
-        advance = 3;
-      } else {
-        alternate(module + elements[i], elements[i + 1]);
-        advance = 3;
-      }
+  int module = 2;  // behind the guard
+  std::size_t next = 0;
+  for (const std::size_t i : finders.all()) {
+    for (; next < i; ++next) module += elements[next];
+    const bool dark = dark_first == (i % 2 == 0);
+    if (!dark) {
+      alternate(module, elements[i]);
+      alternate(module + elements[i] + elements[i + 1], elements[i + 2]);
+    } else if (elements[i + 1] == 1) {
+      separator.replace(module, kFinderModules, 0b0000000000100);
+    } else {
+      alternate(module + elements[i], elements[i + 1]);
     }
-    for (; advance > 0 && i < elements.size(); --advance) module += elements[i++];
   }
   lighten_ends(separator);
   return separator;

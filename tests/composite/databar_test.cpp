@@ -244,7 +244,9 @@ TEST(CompositeDataBar, SeparatorsAlternateBesideFindersAndEndLight) {
        }) {
     const Row row = guarded_row(c.elements, c.dark_first);
     EXPECT_EQ(art(row), c.row);
-    EXPECT_EQ(art(adjacent_row_separator(row, c.elements, c.dark_first)), c.separator);
+    EXPECT_EQ(art(adjacent_row_separator(row, c.elements, c.dark_first,
+                                         finder_like_places(c.elements, c.dark_first))),
+              c.separator);
   }
 }
 
