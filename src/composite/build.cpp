@@ -8,7 +8,7 @@ namespace korvex::composite {
 
 void split_text(Bytes text, Request& request) {
   const std::string_view characters(reinterpret_cast<const char*>(text.data()), text.size());
-  text = text.first(std::min(characters.find('\0'), text.size()));
+  if (!request.standard()) text = text.first(std::min(characters.find('\0'), text.size()));
   const std::size_t bar = std::min(characters.find('|'), text.size());
   request.linear = text.first(bar);
   request.component.reset();

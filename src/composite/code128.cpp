@@ -186,8 +186,8 @@ Fault encode(const Request& request, Component linked_to, Values& values) {
   const Bytes bytes = request.linear;
   if (bytes.size() > kMostText)
     return {Reason::linear_too_long, 0, static_cast<int>(bytes.size()), kMostText};
-  if (const auto bad = std::ranges::find_if(bytes, [](std::uint8_t byte) { return byte > kFnc4; });
-      bad != bytes.end()) {
+  const auto is_bad = [](std::uint8_t byte) { return byte > kFnc4 || byte == 0; };
+  if (const auto bad = std::ranges::find_if(bytes, is_bad); bad != bytes.end()) {
     return {Reason::bad_linear_character, static_cast<int>(bad - bytes.begin()) + 1, *bad};
   }
   const Text text(bytes);

@@ -26,7 +26,7 @@ struct Request {
   [[nodiscard]] bool standard() const { return dialect == Dialect::standard; }
 };
 
-/// Takes the texts apart at the first vertical bar. A zero byte ends them.
+/// Takes the texts apart at the first vertical bar. In Dialect::korvex32 a zero byte ends them.
 void split_text(Bytes text, Request& request);
 
 /// Why there is no symbol; the sentence for it is in faults.cpp.

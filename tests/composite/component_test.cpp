@@ -78,7 +78,9 @@ const std::string kDigits = "0123456789";
 const std::string kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 
 std::string some_text(Random& random, int length) {
-  switch (random.below(7)) {
+  switch (random.below(8)) {
+    case 7:
+      return "10" + random.of("0123456789ABC", 1 + length);
     case 0:
       return random.date() + (length > 0 ? "10" + random.of("0123456789ABC", length) : "");
     case 1: {  // another AI after the date, so FNC1 is encoded
@@ -152,21 +154,51 @@ TEST(CompositeComponent, ASizeIsFilledToItsLastBit) {
   EXPECT_EQ(rows(sixteen_columns, 2361), -1);
 }
 
-TEST(CompositeComponent, CcCIsAsWideAsItsLinearComponentOrLessFlat) {
-  for (const char* const linear : {"1", "0109501101530003", "10ABCDEFGHIJKLMNOPQRST#21abcdefghijklmno"}) {
-    int last_rows = 0;
+TEST(CompositeComponent, CcCHasTheColumnsThatFitItsLinearComponentWithQuietZones) {
+  const std::pair<std::string, int> cases[] = {
+      // linear, columns: (11 x characters + 22 - 73) / 17
+      {"0109501101530003", 5},                           // 13 symbol characters
+      {"010950110153000317271231", 8},                   // 17: nothing is left over
+      {"10ABCDEFGHIJKLMNOPQRST#21abcdefghijklmno", 26},  // 45
+  };
+  for (const auto& [linear, columns] : cases) {
     for (int length = 1; length < 600; length += 7) {
-      const Result<Symbol> symbol =
-          encode({.symbology = Symbology::gs1_128_cc_c},
-                 std::string(linear) + "|" + std::string(static_cast<std::size_t>(length), 'x'));
+      const std::string text(static_cast<std::size_t>(length), 'x');
+      const Result<Symbol> symbol = encode({.symbology = Symbology::gs1_128_cc_c}, linear + "|" + text);
       if (!symbol) break;
-      EXPECT_GE(4 * symbol->component_rows, symbol->component_columns + 4);
-      EXPECT_LE(17 * (symbol->component_columns + 4) + 6, symbol->modules.columns());
-      EXPECT_GE(symbol->component_rows, last_rows == 90 ? 90 : 3);
-      last_rows = symbol->component_rows;
-      EXPECT_EQ(read_back(*symbol), std::string(static_cast<std::size_t>(length), 'x'));
+      EXPECT_EQ(symbol->component_columns, columns) << linear << ' ' << length;
+      EXPECT_EQ(read_back(*symbol), text);
     }
-    EXPECT_EQ(std::string_view(linear) == "1", last_rows == 0);  // too narrow for one column
+  }
+  EXPECT_FALSE(encode({.symbology = Symbology::gs1_128_cc_c}, "1|x"));  // too narrow for one column
+}
+
+TEST(CompositeComponent, StandsWhereItsLinearComponentWantsIt) {
+  struct Case {
+    Symbology symbology;
+    std::string linear;
+    std::string text;
+    int offset;  // modules from the first dark one of the 2D component to the first bar
+  };
+  const std::string long_text(60, 'x');
+  for (const Case& c : {
+           // A CC-B of three columns is wider than EAN-8.
+           Case{Symbology::ean13, "400638133393", "21A", 3},
+           Case{Symbology::ean8, "9638507", "21A", 4},
+           Case{Symbology::ean8, "9638507", long_text, 14},
+           Case{Symbology::upce, "01234000005", "21A", 3},
+           Case{Symbology::gs1_128, "0109501101530003", "21A", -21},
+           Case{Symbology::gs1_128_cc_c, "0109501101530003", "21A", 7},
+           Case{Symbology::gs1_128_cc_c, "010950110153000317271231", "21A", 7},
+       }) {
+    const Result<Symbol> symbol = encode({.symbology = c.symbology}, c.linear + "|" + c.text);
+    ASSERT_TRUE(symbol);
+    const auto first_dark = [&](int row) {
+      int column = 0;
+      while (!symbol->modules.dark(row, column)) ++column;
+      return column;
+    };
+    EXPECT_EQ(first_dark(symbol->modules.rows() - 1) - first_dark(0), c.offset) << c.linear << ' ' << c.text;
   }
 }
 

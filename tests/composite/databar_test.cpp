@@ -250,6 +250,13 @@ TEST(CompositeDataBar, SeparatorsAlternateBesideFindersAndEndLight) {
   }
 }
 
+TEST(CompositeDataBar, SeparatorsAlternateAtFinderPatternsAlone) {
+  // Three elements of a symbol character are 13 modules wide here; two encoders of others draw these rows.
+  const Result<Symbol> omni = encode({.symbology = Symbology::databar_stacked_omni}, "3097733552492");
+  ASSERT_TRUE(omni);
+  EXPECT_EQ(art(omni->modules, 1), "......#.##.#####..#.#........#..#...###.#.##......");
+}
+
 TEST(CompositeDataBar, StackedRowsHaveTheirSeparatorsBetweenThem) {
   for (int i = 0; i < 200; ++i) {
     const std::string number = std::to_string(i * 48'271'000'003LL);

@@ -193,6 +193,7 @@ std::string read_general_purpose(const std::string& bits) {
 std::string read_element_string(const std::string& bits) {
   BitReader reader(bits);
   if (reader.skip("0")) return trimmed(SchemeReader(reader, Scheme::numeric).read_all());
+  if (reader.skip("1011")) return "10" + trimmed(SchemeReader(reader, Scheme::numeric).read_all());
   if (reader.skip("10")) return trimmed(read_date(reader));
   reader.number(2);
   return trimmed(read_ai_90(reader));

@@ -84,6 +84,63 @@ test('the linear components of composite symbols read under every 2D component',
   }
 });
 
+test('DataBar Expanded takes what 21 data characters hold, with an item number or without', async () => {
+  const random = new Random(3);
+  const beginnings = ['(01)09501101530003(10)', '(8110)', '(01)09501101530003(17)271231(10)AB(91)', '(00)095011015300000010(91)'];
+  for (const beginning of beginnings) {
+    for (const alphabet of [digits, capitals, digits + capitals + others]) {
+      let drawn = 0;
+      for (let length = 1; length <= 70; ++length) {
+        const text = beginning + random.string(alphabet, length);
+        let png;
+        try {
+          png = await draw('databar-expanded', text, ['--module', '2', '--segments', '8']);
+        } catch (error) {
+          assert.match(error.message, /data characters|takes/, text);
+          break; // and so are all longer ones
+        }
+        const [result] = await read(png, 'DataBarExp');
+        const plain = text.replace('(10)AB(91)', '(10)AB\x1d(91)').replace(/\((\d{2,4})\)/g, '$1');
+        assert.equal(result && bytesOf(result), plain, text);
+        drawn = length;
+      }
+      assert.ok(drawn >= 15, `${beginning}: ${drawn} characters`);
+    }
+  }
+});
+
+test('every size of CC-B reads as the MicroPDF417 that it is', async () => {
+  // Columns; the shortest text that is no CC-A, which the reader does not know; rows and check codewords of the
+  // sizes. The other codewords hold bytes, behind 920 and the latch.
+  const sizes = {
+    'upce-cc': [2, 22, [[17, 10], [20, 11], [23, 13], [26, 15]]],
+    'ean8-cc': [3, 22, [[15, 21], [20, 26], [26, 32], [32, 38], [38, 44], [44, 50]]],
+    'ean13-cc': [4, 26, [[10, 16], [12, 18], [15, 21], [20, 26], [26, 32], [32, 38], [38, 44], [44, 50]]],
+  };
+  const numbers = { 'upce-cc': '01234000005', 'ean8-cc': '9638507', 'ean13-cc': '400638133393' };
+  for (const [name, [columns, shortest, rows]] of Object.entries(sizes)) {
+    const expected = rows.map(([count, check]) => {
+      const codewords = count * columns - check - 2;
+      return Math.floor(codewords / 5) * 6 + (codewords % 5); // bytes
+    });
+    const met = new Set();
+    for (let length = shortest; length < 170; length += 2) {
+      const text = ['91', '92'].map((ai, i) => [ai, 'x'.repeat(Math.max(0, Math.min(90, length - 90 * i)))])
+        .filter(([, data]) => data).map(([ai, data]) => `(${ai})${data}`).join('');
+      let png;
+      try {
+        png = await draw(name, numbers[name], ['--module', '4', '--cc', text]);
+      } catch {
+        break;
+      }
+      const [result] = await read(png, 'MicroPDF417');
+      assert.ok(result, `${name} ${text}`);
+      met.add(result.bytes.length);
+    }
+    assert.deepEqual([...met], expected, name);
+  }
+});
+
 test('CC-C is found as a PDF417 symbol, CC-B as MicroPDF417', async () => {
   const long = `(91)${'KORVEX0123'.repeat(6)}`;
   for (const [name, format, data] of [['gs1-128-cc', 'PDF417', '(01)09501101530003'], ['ean13-cc', 'MicroPDF417', '400638133393']]) {
