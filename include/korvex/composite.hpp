@@ -18,7 +18,7 @@ enum class Symbology : std::uint8_t {
   databar_stacked,       ///< in two rows; CC-A or CC-B of 2 columns
   databar_stacked_omni,  ///< in two rows for omnidirectional scanning; CC-A or CC-B of 2 columns
   databar_limited,       ///< up to 13 digits, at most 1999999999999; CC-A or CC-B of 3 columns
-  databar_expanded,      ///< an element string that begins with AI 01; CC-A or CC-B of 4 columns
+  databar_expanded,      ///< an element string; CC-A or CC-B of 4 columns
   ean13,                 ///< up to 12 digits; CC-A or CC-B of 4 columns
   upce,                  ///< the UPC-A number, up to 11 digits, if zeros can be suppressed; CC-A or CC-B of 2
   upca,                  ///< up to 11 digits; CC-A or CC-B of 4 columns
@@ -59,12 +59,21 @@ struct Symbol {
 /// lengths of fields of fixed length, and FNC1 is put where it belongs.
 ///
 /// Errors: bad_parameter for options out of range, bad_data for characters, lengths and numbers that are not
-/// allowed, no_symbol for data that no symbol of the kind holds. Dialect::korvex32 takes the plain form only
-/// and draws what CC_Encode draws. Dialect::standard refuses what no reader would give back: EAN-8 numbers
-/// beyond seven digits, UPC-E numbers of another number system than 0, wrong check digits and impossible
-/// dates where the symbol implies them, GS1-128 text that would be cut at 43 symbol characters, an odd number
-/// of segments a row unless one row holds them all; and it gives AI 90 numbers with a zero in front to the
-/// general method.
+/// allowed, no_symbol for data that no symbol of the kind holds.
+///
+/// Dialect::standard draws what ISO/IEC 24724 and 24723 say and refuses what no reader would give back: EAN-8
+/// numbers beyond seven digits, UPC-E numbers of another number system than 0, wrong check digits and
+/// impossible dates where the symbol implies them, GS1-128 text that would be cut at 43 symbol characters, an
+/// odd number of segments a row unless one row holds them all.
+///
+/// Dialect::korvex32 takes the plain form only and draws what CC_Encode draws:
+/// - separator rows alternate over any three neighbouring elements of 13 modules, finder pattern or not;
+/// - DataBar Expanded holds AI 01 and at most 74 digits, or 41 characters when not all are digits;
+/// - a 2D component whose text begins with AI 10 is encoded by the general method, and one that begins with
+///   AI 90 and a number with a zero in front loses the zero;
+/// - a CC-C leaves one module of its linear component's width free; it has fewer columns when it would be
+///   flat, and keeps them when it grows again;
+/// - a zero byte ends the data.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 
 /// What was chosen on the way to a symbol.

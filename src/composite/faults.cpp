@@ -92,8 +92,9 @@ std::string sentence(const Fault& fault, const Request& request) {
       return "GS1 DataBar Expanded takes at most 74 digits, or 41 characters when not all are digits; " +
              given + " given.";
     case Reason::expanded_too_many_bits:
-      return "The element string needs more than the " + std::to_string(kMostDataCharacters) +
-             " data characters of GS1 DataBar Expanded.";
+      return "The element string of " + std::to_string(request.linear.size()) +
+             " characters needs more than the " + std::to_string(kMostDataCharacters) +
+             " data characters of GS1 DataBar Expanded, which hold some 70 digits or 40 capitals.";
     case Reason::impossible_date_in_linear:
       return "The date at position " + position +
              " does not exist; months 01 to 12 and days 00 to 31 are allowed.";
