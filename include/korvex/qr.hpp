@@ -85,9 +85,8 @@ struct Symbol {
 /// bad_data for data that a fixed mode cannot pack; no_symbol when no version, or not the one asked for,
 /// holds the data.
 ///
-/// Dialect::korvex32 draws what QR_Encode draws. It differs in three places: the short last data codeword of
-/// Micro QR M1 and M3 enters the error correction shifted to the high half of a byte, and a pad codeword
-/// there is cut from 0xEC or 0x11 (readers then correct one codeword); "%" stands single in alphanumeric
+/// Dialect::korvex32 draws what QR_Encode draws. It differs in three places: a pad codeword of four bits, the
+/// last data codeword of Micro QR M1 and M3, is cut from 0xEC or 0x11; "%" stands single in alphanumeric
 /// segments of GS1 QR, where readers take it for a separator; data that a fixed mode cannot pack is packed
 /// all the same.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);

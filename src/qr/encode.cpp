@@ -71,7 +71,7 @@ Result<Symbol> encode_checked(const Options& options, std::span<const std::uint8
   CodewordBuffer data_codewords;
   CodewordBuffer sequence;
   write_data_codewords(options, *version, public_stream, private_or_none, data_codewords);
-  write_sequence(options.type, *version, options.level, options.dialect, data_codewords, sequence);
+  write_sequence(options.type, *version, options.level, data_codewords, sequence);
 
   Canvas canvas;
   draw_function_patterns(options.type, *version, canvas);

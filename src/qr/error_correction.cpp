@@ -70,17 +70,14 @@ void write_in_order(const Capacity& symbol, const CodewordBuffer& data, Codeword
   for (std::uint8_t filler = 0xEC; check < end; filler ^= 0xEC ^ 0x11) *check++ = filler;
 }
 
-void write_micro(const Capacity& symbol, bool short_last_codeword, Dialect dialect,
-                 const CodewordBuffer& data, CodewordBuffer& sequence) {
+void write_micro(const Capacity& symbol, bool short_last_codeword, const CodewordBuffer& data,
+                 CodewordBuffer& sequence) {
   const auto data_codewords = static_cast<std::size_t>(symbol.data_codewords);
   const int check_codewords = symbol.total_codewords - symbol.data_codewords;
   std::copy_n(data.data(), data_codewords, sequence.data());
-  std::uint8_t& last = sequence[data_codewords - 1];
-  if (short_last_codeword && dialect == Dialect::standard) last >>= 4;  // a codeword of 0 to 15
   std::array<std::uint8_t, kMostCheckCodewords> check;
   encode(std::span(sequence).first(data_codewords), check_codewords, check.data());
 
-  last = data[data_codewords - 1];
   const int shift = short_last_codeword ? 4 : 0;
   std::uint8_t* out = &sequence[data_codewords] - (short_last_codeword ? 1 : 0);
   if (shift == 0) *out = 0;
@@ -93,13 +90,13 @@ void write_micro(const Capacity& symbol, bool short_last_codeword, Dialect diale
 
 }  // namespace
 
-void write_sequence(SymbolType type, int version, Level level, Dialect dialect, const CodewordBuffer& data,
+void write_sequence(SymbolType type, int version, Level level, const CodewordBuffer& data,
                     CodewordBuffer& sequence) {
   const Capacity symbol = capacity(type, version, level);
   std::fill_n(&sequence[static_cast<std::size_t>(symbol.total_codewords)], kZerosBehindSequence, 0);
   if (type == SymbolType::model1) return write_in_order(symbol, data, sequence);
   if (type == SymbolType::micro) {
-    return write_micro(symbol, has_short_last_codeword(type, version), dialect, data, sequence);
+    return write_micro(symbol, has_short_last_codeword(type, version), data, sequence);
   }
   write_interleaved(symbol, data, sequence);
 }

@@ -9,13 +9,12 @@ namespace {
 
 using test::Bytes;
 
-Bytes sequence_of(SymbolType type, int version, Level level, const Bytes& data,
-                  Dialect dialect = Dialect::standard) {
+Bytes sequence_of(SymbolType type, int version, Level level, const Bytes& data) {
   CodewordBuffer in{};
   CodewordBuffer out;
   out.fill(0x55);
   std::ranges::copy(data, in.begin());
-  write_sequence(type, version, level, dialect, in, out);
+  write_sequence(type, version, level, in, out);
   const auto end = out.begin() + capacity(type, version, level).total_codewords;
   EXPECT_TRUE(std::all_of(end, end + kZerosBehindSequence, [](auto byte) { return byte == 0; }));
   return {out.begin(), end};
@@ -36,9 +35,9 @@ TEST(QrErrorCorrection, MatchesTheWorkedExampleForM2) {
   EXPECT_EQ(test::to_hex(sequence), "40 18 AC C3 00 86 0D 22 AE 30");
 }
 
-// In M1 and M3 the check codewords start in the middle of a byte. The standard divides the last data codeword
-// as a number of 0 to 15, the old dialect as the high half of a byte.
-TEST(QrErrorCorrection, ShortLastCodewordByDialect) {
+// In M1 and M3 the check codewords start in the middle of a byte, and the division takes the half before them
+// as a byte that ends in zeros.
+TEST(QrErrorCorrection, ShortLastCodewordIsTheHighHalfOfAByte) {
   const struct {
     int version;
     Level level;
@@ -47,18 +46,15 @@ TEST(QrErrorCorrection, ShortLastCodewordByDialect) {
                {3, Level::low, "01 23 45 67 89 AB CD EF 01 23 40"},
                {3, Level::medium, "01 23 45 67 89 AB CD EF F0"}};
   for (const auto& [version, level, hex] : cases) {
-    for (const Dialect dialect : {Dialect::standard, Dialect::korvex32}) {
-      const Bytes data = test::from_hex(hex);
-      const Bytes sequence = sequence_of(SymbolType::micro, version, level, data, dialect);
-      Bytes block(data.begin(), data.end() - 1);
-      block.push_back(dialect == Dialect::standard ? data.back() >> 4 : data.back());
-      EXPECT_EQ(sequence[data.size() - 1] & 0xF0, data.back());
-      for (std::size_t i = data.size() - 1; i + 1 < sequence.size(); ++i) {
-        block.push_back(static_cast<std::uint8_t>(sequence[i] << 4 | sequence[i + 1] >> 4));
-      }
-      EXPECT_EQ(sequence.back() & 0x0F, 0);
-      EXPECT_TRUE(test::is_valid_block(block, static_cast<int>(sequence.size() - data.size()))) << hex;
+    const Bytes data = test::from_hex(hex);
+    const Bytes sequence = sequence_of(SymbolType::micro, version, level, data);
+    Bytes block = data;
+    EXPECT_EQ(sequence[data.size() - 1] & 0xF0, data.back());
+    for (std::size_t i = data.size() - 1; i + 1 < sequence.size(); ++i) {
+      block.push_back(static_cast<std::uint8_t>(sequence[i] << 4 | sequence[i + 1] >> 4));
     }
+    EXPECT_EQ(sequence.back() & 0x0F, 0);
+    EXPECT_TRUE(test::is_valid_block(block, static_cast<int>(sequence.size() - data.size()))) << hex;
   }
 }
 
