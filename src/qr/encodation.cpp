@@ -58,8 +58,9 @@ void put_numeric(std::span<const std::uint8_t> digits, BitWriter& bits) {
   if (digits.size() - at == 1) put_low_bits(digit(at), 4, bits);
 }
 
-/// With `double_percent` each "%" counts and is written twice.
-void put_alphanumeric(std::span<const std::uint8_t> characters, bool double_percent, BitWriter& bits) {
+/// Where "%" separates element strings it stands for the separator, and two of them for a "%" of the data.
+void put_alphanumeric(std::span<const std::uint8_t> characters, bool percent_separates, BitWriter& bits) {
+  const std::uint32_t percent = kAlphanumeric.value['%'];
   constexpr std::uint32_t kNone = 45;
   std::uint32_t first = kNone;  // of a pair
   const auto put_character = [&](std::uint32_t value) {
@@ -71,8 +72,8 @@ void put_alphanumeric(std::span<const std::uint8_t> characters, bool double_perc
     }
   };
   for (const std::uint8_t character : characters) {
-    put_character(kAlphanumeric.value[character]);
-    if (double_percent && character == '%') put_character(kAlphanumeric.value[character]);
+    put_character(character == kSeparator ? percent : kAlphanumeric.value[character]);
+    if (percent_separates && character == '%') put_character(percent);
   }
   if (first != kNone) bits.put(first, 6);
 }
@@ -108,7 +109,7 @@ void put_prefix(const Options& options, BitWriter& bits) {
 void put_segment(const Options& options, int version, Mode mode, std::span<const std::uint8_t> bytes,
                  BitWriter& bits) {
   auto characters = static_cast<int>(bytes.size());
-  if (mode == Mode::alphanumeric) characters = alphanumeric_characters(options, bytes);
+  if (mode == Mode::alphanumeric) characters += doubled_characters(options, bytes);
   if (mode == Mode::kanji) characters /= 2;
   bits.put(mode_indicator(options.type, mode), mode_indicator_bits(options.type, version));
   bits.put(static_cast<std::uint32_t>(characters),
@@ -117,7 +118,7 @@ void put_segment(const Options& options, int version, Mode mode, std::span<const
     case Mode::numeric:
       return put_numeric(bytes, bits);
     case Mode::alphanumeric:
-      return put_alphanumeric(bytes, characters != static_cast<int>(bytes.size()), bits);
+      return put_alphanumeric(bytes, percent_separates(options), bits);
     case Mode::byte:
       return put_bytes(bytes, bits);
     case Mode::kanji:

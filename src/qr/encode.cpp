@@ -76,7 +76,7 @@ Result<Symbol> encode_checked(const Options& options, std::span<const std::uint8
   Canvas canvas;
   draw_function_patterns(options.type, *version, canvas);
   place_codewords(sequence, canvas);
-  MaskedSymbol masked = best_masked(canvas, options.level);
+  MaskedSymbol masked = best_masked(canvas, options.level, options.dialect);
 
   const auto segments = public_stream.segments.all();
   return Symbol{.modules = std::move(masked.modules),

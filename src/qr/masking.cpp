@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
+#include <span>
 
 #include "qr/format_information.hpp"
 #include "qr/lanes.hpp"
@@ -142,44 +143,61 @@ struct Score {
   int score;
 };
 
-/// How far the share of dark modules is from a half, in whole steps of five per cent.
+/// How far the share of dark modules is from a half, in whole steps of five per cent (ISO/IEC
+/// 18004:2015, 7.8.3.1).
 int imbalance(int dark_modules, int side) {
+  const int modules = side * side;
+  return std::abs(20 * dark_modules - 10 * modules) / modules;
+}
+
+/// The same of Dialect::korvex32, from a share that is cut to whole per cent with a divisor that is cut too.
+int rough_imbalance(int dark_modules, int side) {
   const int per_cent = dark_modules / (side * side / 100);
   return std::abs((per_cent - 50) / 5);
 }
 
-// Counting everything for all eight masks would take most of the encoder's time. The cheap count of 2 x 2
-// squares picks three, the full one decides among them; so the choice is not always that of ISO/IEC
-// 18004:2015, 7.8.3.
+/// ISO/IEC 18004:2015, 7.8.3.1: everything is counted for every mask; the lowest penalty wins, the lower
+/// number among equals.
 template <class Word, int kWords>
-MaskedSymbol best_of_eight(const Canvas& canvas, Level level) {
-  constexpr int kMostFirst = 20888;
-  constexpr int kNone = -32768;
-  const MaskedSymbols<Word, kWords> symbols(canvas, level);
+int least_penalty(const MaskedSymbols<Word, kWords>& symbols, int side) {
   const std::array<int, 8> squares = symbols.squares();
-  std::array<Score, 3> kept;
-  kept.fill({-1, kNone});
-  for (int mask = 0; mask < 8; ++mask) {
-    const Score entry{mask, kMostFirst - 3 * squares[static_cast<std::size_t>(mask)]};
-    // Among equals the lower mask number ranks first.
-    const auto place =
-        std::ranges::find_if(kept, [&](const Score& other) { return entry.score > other.score; });
-    if (place == kept.end()) continue;
-    std::move_backward(place, kept.end() - 1, kept.end());
-    *place = entry;
-  }
-
-  MaskedGrid<Word, kWords> grid(canvas.columns);
+  MaskedGrid<Word, kWords> grid(side);
   Score best{-1, 0};
-  for (const Score& candidate : kept) {
-    if (candidate.mask < 0) continue;
-    symbols.copy_to(grid, candidate.mask);
-    const auto counts = grid.counts();
-    const int score = candidate.score - counts.runs - 40 * counts.finder_likes -
-                      10 * imbalance(counts.dark_modules, canvas.columns);
-    if (best.mask < 0 || score > best.score) best = {candidate.mask, score};
+  for (int mask = 0; mask < 8; ++mask) {
+    symbols.copy_to(grid, mask);
+    const auto counts = grid.template counts<FinderRule::published>();
+    const int penalty = 3 * squares[static_cast<std::size_t>(mask)] + counts.runs + 40 * counts.finder_likes +
+                        10 * imbalance(counts.dark_modules, side);
+    if (best.mask < 0 || penalty < best.score) best = {mask, penalty};
   }
-  return {symbols.modules(best.mask), best.mask};
+  return best.mask;
+}
+
+/// Dialect::korvex32: the three masks with the fewest squares of one colour, and of these the one with the
+/// least penalty, the one with fewer squares among equals.
+template <class Word, int kWords>
+int least_penalty_of_three(const MaskedSymbols<Word, kWords>& symbols, int side) {
+  const std::array<int, 8> squares = symbols.squares();
+  std::array<int, 8> ranked{0, 1, 2, 3, 4, 5, 6, 7};
+  std::ranges::stable_sort(ranked, {}, [&](int mask) { return squares[static_cast<std::size_t>(mask)]; });
+  MaskedGrid<Word, kWords> grid(side);
+  Score best{-1, 0};
+  for (const int mask : std::span(ranked).first(3)) {
+    symbols.copy_to(grid, mask);
+    const auto counts = grid.template counts<FinderRule::korvex32>();
+    const int penalty = 3 * squares[static_cast<std::size_t>(mask)] + counts.runs + 40 * counts.finder_likes +
+                        10 * rough_imbalance(counts.dark_modules, side);
+    if (best.mask < 0 || penalty < best.score) best = {mask, penalty};
+  }
+  return best.mask;
+}
+
+template <class Word, int kWords>
+MaskedSymbol best_of_eight(const Canvas& canvas, Level level, Dialect dialect) {
+  const MaskedSymbols<Word, kWords> symbols(canvas, level);
+  const int mask = dialect == Dialect::standard ? least_penalty(symbols, canvas.columns)
+                                                : least_penalty_of_three(symbols, canvas.columns);
+  return {symbols.modules(mask), mask};
 }
 
 /// The canvas under one mask pattern, without format information.
@@ -262,17 +280,17 @@ MaskedSymbol masked_rmqr(const Canvas& canvas, Level level) {
 
 }  // namespace
 
-MaskedSymbol best_masked(const Canvas& canvas, Level level) {
+MaskedSymbol best_masked(const Canvas& canvas, Level level, Dialect dialect) {
   if (canvas.type == SymbolType::micro) return best_of_four(canvas, level);
   if (canvas.type == SymbolType::rmqr) return masked_rmqr(canvas, level);
-  if (canvas.columns <= 32) return best_of_eight<std::uint32_t, 1>(canvas, level);
+  if (canvas.columns <= 32) return best_of_eight<std::uint32_t, 1>(canvas, level, dialect);
   switch (canvas.words) {
     case 1:
-      return best_of_eight<std::uint64_t, 1>(canvas, level);
+      return best_of_eight<std::uint64_t, 1>(canvas, level, dialect);
     case 2:
-      return best_of_eight<std::uint64_t, 2>(canvas, level);
+      return best_of_eight<std::uint64_t, 2>(canvas, level, dialect);
     default:
-      return best_of_eight<std::uint64_t, 3>(canvas, level);
+      return best_of_eight<std::uint64_t, 3>(canvas, level, dialect);
   }
 }
 

@@ -12,6 +12,19 @@
 
 namespace korvex::qr {
 
+/// What counts as a finder-like pattern, a dark-light-dark-light-dark run of 1 : 1 : 3 : 1 : 1 in a row or
+/// column with light beside it.
+enum class FinderRule : std::uint8_t {
+  /// ISO/IEC 18004:2015, 7.8.3.1: in modules, with four light ones on at least one side. Outside the symbol
+  /// is
+  /// light, and the outer dark runs may go on on the side that is not.
+  published,
+  /// Dialect::korvex32: in units of any number of modules, with a light run of four units on at least one
+  /// side
+  /// and runs that end where they should. Light goes on past the right and the bottom edge only.
+  korvex32,
+};
+
 /// A masked Model 1 or Model 2 symbol, square, in words of `Word` and `kWords` of them a row, packed as a
 /// Layer is. Around it everything is light.
 template <class Word, int kWords>
@@ -42,15 +55,14 @@ class MaskedGrid {
     /// Of the runs of five or more modules of one colour in rows and columns, the sum of their lengths, each
     /// less 2.
     int runs = 0;
-    /// Dark-light-dark-light-dark runs of 1 : 1 : 3 : 1 : 1 in rows and columns with a light run of four
-    /// units or more on at least one side. Past the right and the bottom edge light goes on, past the left
-    /// and the top it does not.
+    /// Patterns by the FinderRule, in rows and columns.
     int finder_likes = 0;
   };
+  template <FinderRule rule>
   [[nodiscard]] Counts counts() const {
     return [&]<int... w>(std::integer_sequence<int, w...>) {
       Counts sum;
-      (add_counts<w>(sum), ...);
+      (add_counts<rule, w>(sum), ...);
       return sum;
     }
     (std::make_integer_sequence<int, kWords>());
@@ -113,12 +125,20 @@ class MaskedGrid {
   };
   /// `complete` has the modules with four more after them, `first` those that start a line and `first_four`
   /// those with fewer than four before them.
+  template <FinderRule rule>
   static Found find(const Line& at, const Rows& complete, const Rows& first, const Rows& first_four) {
     const Rows five_dark = at.d0 & at.d1 & at.d2 & at.d3 & at.d4;
     const Rows dark_in_five = at.d0 | at.d1 | at.d2 | at.d3 | at.d4;
     const Rows five_alike = (five_dark | ~dark_in_five) & complete;
     const Rows run_starts = five_alike & ((at.d0 ^ at.b1) | first);
 
+    const Rows runs_by_byte = ones_by_byte<Word>(five_alike) + (ones_by_byte<Word>(run_starts) << 1);
+    if constexpr (rule == FinderRule::published) {
+      const Rows before = at.b1 | at.b2 | at.b3 | at.b4;
+      const Rows after = at.d7 | at.d8 | at.d9 | at.d10;
+      const Rows found = at.d0 & at.d2 & at.d3 & at.d4 & at.d6 & ~(at.d1 | at.d5 | (before & after));
+      return {runs_by_byte, ones_by_byte<Word>(found), Rows{}};
+    }
     const Rows dark_before = at.b1 | at.b2 | at.b3 | at.b4 | first_four;
     const Rows dark_after = at.d7 | at.d8 | at.d9 | at.d10;
     const Rows patterns = at.d0 & at.d2 & at.d3 & at.d4 & at.d6 & ~(at.b1 | at.d1 | at.d5 | at.d7) &
@@ -128,12 +148,11 @@ class MaskedGrid {
     // is two it ends there, and the third module before it is dark; else both the next two are dark and the
     // third before it light.
     const Rows middles = five_dark & at.d5 & at.d8 & ~(at.b1 | at.b2 | (at.d6 ^ at.d7)) & (at.d6 ^ at.b3);
-    return {ones_by_byte<Word>(five_alike) + (ones_by_byte<Word>(run_starts) << 1),
-            ones_by_byte<Word>(patterns), middles};
+    return {runs_by_byte, ones_by_byte<Word>(patterns), middles};
   }
 
   /// Adds what stands in word w of the rows.
-  template <int w>
+  template <FinderRule rule, int w>
   void add_counts(Counts& sum) const {
     const Word columns = first_columns<w>(side_);
     const Word columns_but_last_four = first_columns<w>(side_ - 4);
@@ -153,13 +172,13 @@ class MaskedGrid {
       const Rows previous = words<w - 1>(row);
       const Rows here = words<w>(row);
       const Rows next = words<w + 1>(row);
-      const Found across =
-          find({behind<4>(here, previous), behind<3>(here, previous), behind<2>(here, previous),
-                behind<1>(here, previous), here, ahead<1>(here, next), ahead<2>(here, next),
-                ahead<3>(here, next), ahead<4>(here, next), ahead<5>(here, next), ahead<6>(here, next),
-                ahead<7>(here, next), ahead<8>(here, next), ahead<9>(here, next), ahead<10>(here, next)},
-               load(rows + row) & columns_but_last_four, first_column, first_four_columns);
-      const Found down = find(
+      const Found across = find<rule>(
+          {behind<4>(here, previous), behind<3>(here, previous), behind<2>(here, previous),
+           behind<1>(here, previous), here, ahead<1>(here, next), ahead<2>(here, next), ahead<3>(here, next),
+           ahead<4>(here, next), ahead<5>(here, next), ahead<6>(here, next), ahead<7>(here, next),
+           ahead<8>(here, next), ahead<9>(here, next), ahead<10>(here, next)},
+          load(rows + row) & columns_but_last_four, first_column, first_four_columns);
+      const Found down = find<rule>(
           {words<w>(row - 4), words<w>(row - 3), words<w>(row - 2), words<w>(row - 1), here,
            words<w>(row + 1), words<w>(row + 2), words<w>(row + 3), words<w>(row + 4), words<w>(row + 5),
            words<w>(row + 6), words<w>(row + 7), words<w>(row + 8), words<w>(row + 9), words<w>(row + 10)},

@@ -9,7 +9,8 @@ namespace {
 /// Characters of one class that follow each other.
 struct Run {
   Mode mode;
-  std::int16_t length;  // bytes
+  std::int16_t length;   // bytes
+  std::int16_t doubled;  // of these, characters that an alphanumeric segment writes twice
 };
 
 enum class ByteClass : std::uint8_t { numeric, alphanumeric, byte, kanji_lead, last_kanji_lead };
@@ -26,9 +27,15 @@ constexpr std::array<ByteClass, 256> make_byte_classes() {
   return classes;
 }
 constexpr std::array<ByteClass, 256> kByteClasses = make_byte_classes();
+// Where "%" separates element strings.
+constexpr std::array<ByteClass, 256> kGs1ByteClasses = [] {
+  std::array<ByteClass, 256> classes = kByteClasses;
+  classes[kSeparator] = ByteClass::alphanumeric;
+  return classes;
+}();
 
-Mode character_mode(std::span<const std::uint8_t> bytes) {
-  const ByteClass lead = kByteClasses[bytes[0]];
+Mode character_mode(const std::array<ByteClass, 256>& classes, std::span<const std::uint8_t> bytes) {
+  const ByteClass lead = classes[bytes[0]];
   if (lead <= ByteClass::byte) return static_cast<Mode>(lead);
   if (bytes.size() < 2) return Mode::byte;
   const std::uint8_t trail = bytes[1];
@@ -43,17 +50,21 @@ struct RunList {
 };
 
 /// False when there are more characters than a stream may have.
-bool find_runs(std::span<const std::uint8_t> data, RunList& list) {
+bool find_runs(const Options& options, std::span<const std::uint8_t> data, RunList& list) {
+  const auto& classes = percent_separates(options) ? kGs1ByteClasses : kByteClasses;
   int characters = 0;
   for (std::size_t at = 0; at < data.size();) {
-    const Mode mode = character_mode(data.subspan(at));
+    const Mode mode = character_mode(classes, data.subspan(at));
     const std::size_t begin = at;
     const std::size_t step = mode == Mode::kanji ? 2 : 1;
     do {
       if (++characters > kMostCharacters) return false;
       at += step;
-    } while (at < data.size() && character_mode(data.subspan(at)) == mode);
-    list.runs[static_cast<std::size_t>(list.count++)] = {mode, static_cast<std::int16_t>(at - begin)};
+    } while (at < data.size() && character_mode(classes, data.subspan(at)) == mode);
+    const int doubled =
+        mode == Mode::alphanumeric ? doubled_characters(options, data.subspan(begin, at - begin)) : 0;
+    list.runs[static_cast<std::size_t>(list.count++)] = {mode, static_cast<std::int16_t>(at - begin),
+                                                         static_cast<std::int16_t>(doubled)};
   }
   return true;
 }
@@ -73,7 +84,7 @@ class RunMerger {
 
   /// Takes a run; `next` is the mode of the run after it, empty at the end of the data.
   void take(const Run& run, std::optional<Mode> next) {
-    waiting_[static_cast<std::size_t>(count_++)] = make(run.mode, run.length);
+    waiting_[static_cast<std::size_t>(count_++)] = make(run.mode, run.length, run.doubled);
     if (count_ == 3) decide_on_three(next);
     if (!next) decide_on_rest();
   }
@@ -81,22 +92,26 @@ class RunMerger {
  private:
   struct Waiting {
     Mode mode = Mode::byte;
-    int length = 0;  // bytes
-    int bits = 0;    // as a segment of its own
+    int length = 0;   // bytes
+    int doubled = 0;  // characters that an alphanumeric segment writes twice
+    int bits = 0;     // as a segment of its own
   };
 
-  [[nodiscard]] Waiting make(Mode mode, int length) const {
-    return {mode, length, header_bits_[static_cast<std::size_t>(mode)] + payload_bits(mode, length)};
+  [[nodiscard]] Waiting make(Mode mode, int length, int doubled) const {
+    const int written = mode == Mode::alphanumeric ? length + doubled : length;
+    return {mode, length, doubled,
+            header_bits_[static_cast<std::size_t>(mode)] + payload_bits(mode, written)};
   }
   [[nodiscard]] Waiting merge(const Waiting& a, const Waiting& b) const {
-    return make(merged(a.mode, b.mode), a.length + b.length);
+    return make(merged(a.mode, b.mode), a.length + b.length, a.doubled + b.doubled);
   }
 
   void decide_on_three(std::optional<Mode> next) {
     const auto& [a, b, c] = waiting_;
     const Waiting ab = merge(a, b);
     const Waiting bc = merge(b, c);
-    const Waiting abc = make(merged(ab.mode, bc.mode), a.length + b.length + c.length);
+    const Waiting abc =
+        make(merged(ab.mode, bc.mode), a.length + b.length + c.length, a.doubled + b.doubled + c.doubled);
     const int b_and_c_bits = b.bits + c.bits;
     const bool merging_bc_saves = bc.bits < b_and_c_bits;
 
@@ -181,7 +196,7 @@ int better_estimate(const Options& options, std::span<const std::uint8_t> data, 
 }  // namespace
 
 int character_bytes(std::span<const std::uint8_t> bytes) {
-  return character_mode(bytes) == Mode::kanji ? 2 : 1;
+  return character_mode(kByteClasses, bytes) == Mode::kanji ? 2 : 1;
 }
 
 Analysis analyse(const Options& options, std::span<const std::uint8_t> data, SegmentList& segments) {
@@ -193,7 +208,7 @@ Analysis analyse(const Options& options, std::span<const std::uint8_t> data, Seg
   }
 
   RunList runs;
-  if (!find_runs(data, runs)) return Analysis::too_many_characters;
+  if (!find_runs(options, data, runs)) return Analysis::too_many_characters;
   constexpr int kMostScans = 4;  // the estimates of Micro QR and rMQR need not settle
   int estimate = options.type == SymbolType::micro ? 2 : automatic_versions(options).first;
   for (int scan = 0; scan < kMostScans; ++scan) {

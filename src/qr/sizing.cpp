@@ -11,22 +11,18 @@ constexpr int whole_bytes(int bits) {
 
 }  // namespace
 
-int alphanumeric_characters(const Options& options, std::span<const std::uint8_t> bytes) {
-  const auto length = static_cast<int>(bytes.size());
-  if (options.type != SymbolType::gs1 || options.dialect != Dialect::standard) return length;
-  return length + static_cast<int>(std::ranges::count(bytes, std::uint8_t{'%'}));
+int doubled_characters(const Options& options, std::span<const std::uint8_t> bytes) {
+  return percent_separates(options) ? static_cast<int>(std::ranges::count(bytes, std::uint8_t{'%'})) : 0;
 }
 
 StreamSize stream_size(const Options& options, std::span<const Segment> segments,
                        std::span<const std::uint8_t> data) {
   StreamSize size;
-  for (const Segment& segment : segments) {
-    int length = segment.length;
-    if (segment.mode == Mode::alphanumeric) {
-      length = alphanumeric_characters(options, data.subspan(segment.offset, segment.length));
-    }
-    size.payload_bits += payload_bits(segment.mode, length);
-    ++size.segments[static_cast<std::size_t>(segment.mode)];
+  for (const auto& [mode, offset, length] : segments) {
+    const auto bytes = data.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(length));
+    const int doubled = mode == Mode::alphanumeric ? doubled_characters(options, bytes) : 0;
+    size.payload_bits += payload_bits(mode, length + doubled);
+    ++size.segments[static_cast<std::size_t>(mode)];
   }
   return size;
 }

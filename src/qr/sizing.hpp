@@ -7,7 +7,21 @@
 
 namespace korvex::qr {
 
-/// Bits of `length` bytes packed in `mode`, without mode indicator and character count.
+/// The byte that separates element strings.
+inline constexpr std::uint8_t kSeparator = 0x1D;
+
+/// True where alphanumeric segments write the separator as "%", and a "%" of the data as two of them: in
+/// symbols that start with FNC1 (ISO/IEC 18004:2015, 7.4.8). The old dialect leaves "%" alone and the
+/// separator to byte mode.
+constexpr bool percent_separates(const Options& options) {
+  return options.type == SymbolType::gs1 && options.dialect == Dialect::standard;
+}
+
+/// Bytes of `bytes` that take two characters in an alphanumeric segment.
+int doubled_characters(const Options& options, std::span<const std::uint8_t> bytes);
+
+/// Bits of `length` characters, of Kanji two bytes each, packed in `mode`, without mode indicator and
+/// character count.
 constexpr int payload_bits(Mode mode, int length) {
   switch (mode) {
     case Mode::numeric:
@@ -29,10 +43,6 @@ struct StreamSize {
 
 StreamSize stream_size(const Options& options, std::span<const Segment> segments,
                        std::span<const std::uint8_t> data);
-
-/// Characters of an alphanumeric segment, as its count indicator says. Where FNC1 starts the symbol a "%" of
-/// the data is written as two, for a single one means the separator (ISO/IEC 18004:2015, 7.4.8.1).
-int alphanumeric_characters(const Options& options, std::span<const std::uint8_t> bytes);
 
 /// Bits in front of the segments: what Model 1 starts with, structured-append header, FNC1 indicator.
 int prefix_bits(const Options& options);

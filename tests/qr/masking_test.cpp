@@ -79,6 +79,30 @@ int slow_finder_likes(const Modules& m) {
   return count;
 }
 
+/// 1011101 with four light modules before or behind it; outside everything is light.
+int slow_published_finder_likes(const Modules& m) {
+  int count = 0;
+  for (const auto& line : m) {
+    std::string text = "....";
+    for (const bool module : line) text += module ? '#' : '.';
+    text += "....";
+    for (std::size_t at = text.find("#.###.#"); at != std::string::npos; at = text.find("#.###.#", at + 1)) {
+      if (text.compare(at - 4, 4, "....") == 0 || text.compare(at + 7, 4, "....") == 0) ++count;
+    }
+  }
+  return count;
+}
+
+int slow_published_penalty(const Modules& m) {
+  const Modules columns = transposed(m);
+  int dark = 0;
+  for (const auto& line : m) dark += static_cast<int>(std::ranges::count(line, true));
+  const double per_cent = 100.0 * dark / static_cast<double>(m.size() * m.size());
+  return slow_runs(m) + slow_runs(columns) + 3 * slow_squares(m) +
+         40 * (slow_published_finder_likes(m) + slow_published_finder_likes(columns)) +
+         10 * static_cast<int>(std::abs(per_cent - 50) / 5);
+}
+
 int slow_penalty(const Modules& m) {
   const Modules columns = transposed(m);
   int dark = 0;
@@ -128,8 +152,19 @@ Modules remasked(const Symbol& symbol, int mask) {
   return modules;
 }
 
-/// The mask that the two stages choose, and the modules that come out.
-std::pair<int, Modules> slow_choice(const Symbol& symbol) {
+/// The mask of the dialect's choice, and the modules that come out.
+std::pair<int, Modules> slow_choice(const Symbol& symbol, Dialect dialect) {
+  if (dialect == Dialect::standard) {
+    int best = 0;
+    int least = slow_published_penalty(remasked(symbol, 0));
+    for (int mask = 1; mask < 8; ++mask) {
+      const int penalty = slow_published_penalty(remasked(symbol, mask));
+      if (penalty >= least) continue;
+      best = mask;
+      least = penalty;
+    }
+    return {best, remasked(symbol, best)};
+  }
   std::vector<std::pair<int, int>> ranked;  // score, mask
   for (int mask = 0; mask < 8; ++mask)
     ranked.emplace_back(20888 - 3 * slow_squares(remasked(symbol, mask)), mask);
@@ -155,7 +190,7 @@ TEST(QrMasking, SecondWritingChoosesTheSameMask) {
   std::mt19937 random(20);
   for (const SymbolType type : {SymbolType::model1, SymbolType::model2}) {
     for (int version = 1; version <= 40; ++version) {
-      for (int i = 0; i < (version < 5 ? 40 : 2); ++i) {
+      for (int i = 0; i < (version < 5 ? 40 : 4); ++i) {
         // All of one byte gives long runs and large squares, random bytes fill the symbol.
         const int fitting = type == SymbolType::model1 ? std::min(version, 14) : version;
         const int most = capacity(type, fitting, Level::medium).data_codewords - 4;
@@ -163,9 +198,10 @@ TEST(QrMasking, SecondWritingChoosesTheSameMask) {
             static_cast<std::size_t>(1 + static_cast<int>(random() % static_cast<unsigned>(most)));
         const auto byte = static_cast<std::uint8_t>(random());
         const test::Bytes data = i % 2 == 0 ? test::Bytes(length, byte) : test::random_bytes(random, length);
-        const Symbol symbol = encoded(
-            {.type = type, .version = version, .mode = Mode::byte, .dialect = Dialect::korvex32}, data);
-        const auto [mask, modules] = slow_choice(symbol);
+        const Dialect dialect = i / 2 % 2 == 0 ? Dialect::standard : Dialect::korvex32;
+        const Symbol symbol =
+            encoded({.type = type, .version = version, .mode = Mode::byte, .dialect = dialect}, data);
+        const auto [mask, modules] = slow_choice(symbol, dialect);
         EXPECT_EQ(symbol.mask, mask) << "version " << version << ", " << test::to_hex(data);
         EXPECT_EQ(to_modules(symbol.modules), modules);
       }
@@ -188,13 +224,17 @@ void expect_counts(const Modules& m) {
       }
     }
   }
-  const auto counts = grid.counts();
+  const auto published = grid.template counts<FinderRule::published>();
+  const auto counts = grid.template counts<FinderRule::korvex32>();
   const Modules columns = transposed(m);
   int dark = 0;
   for (const auto& line : m) dark += static_cast<int>(std::ranges::count(line, true));
   EXPECT_EQ(counts.dark_modules, dark);
   EXPECT_EQ(counts.runs, slow_runs(m) + slow_runs(columns));
   EXPECT_EQ(counts.finder_likes, slow_finder_likes(m) + slow_finder_likes(columns));
+  EXPECT_EQ(published.runs, counts.runs);
+  EXPECT_EQ(published.dark_modules, dark);
+  EXPECT_EQ(published.finder_likes, slow_published_finder_likes(m) + slow_published_finder_likes(columns));
 }
 
 void expect_counts_of_any_width(const Modules& m) {
@@ -236,24 +276,28 @@ TEST(QrMasking, CountsAgreeOnGridsOfEveryKind) {
 TEST(QrMasking, FinderLikePatternsNeedLightOnOneSide) {
   const struct {
     std::string line;  // 21 modules
-    int count;
+    int korvex32;
+    int published;
     const char* why;
   } cases[] = {
-      {".......#.###.#.......", 1, "light on both sides"},
-      {"..#....#.###.#.#.....", 1, "four light modules before"},
-      {"...#...#.###.#.#.....", 0, "three before, one after"},
-      {"#.###.#....#.........", 1, "at the left edge nothing is before, four are after"},
-      {"#.###.#...#..........", 0, "three after"},
-      {"..............#.###.#", 1, "ends at the right edge: light goes on there"},
-      {"............#.#.###.#", 1, "the same, whatever is before"},
-      {"##..######..##...#...", 0, "a unit of two needs eight light modules"},
-      {".....##..######..##..", 1, "and has them past the right edge"},
-      {"#..######..##........", 0, "1 : 2 : 6 : 2 : 2"},
+      {".......#.###.#.......", 1, 1, "light on both sides"},
+      {"..#....#.###.#.#.....", 1, 1, "four light modules before"},
+      {"...#...#.###.#.#.....", 0, 0, "three before, one after"},
+      {"#.###.#....#.........", 1, 1, "at the left edge nothing is before, four are after"},
+      {"#.###.#...#..........", 0, 1,
+       "three after, and the left edge, past which light goes on as published"},
+      {"..............#.###.#", 1, 1, "ends at the right edge: light goes on there"},
+      {"............#.#.###.#", 1, 1, "the same, whatever is before"},
+      {"##..######..##...#...", 0, 0, "a unit of two needs eight light modules"},
+      {".....##..######..##..", 1, 0, "and has them past the right edge"},
+      {"......#.###.##......#", 0, 1, "an outer dark run of two on the side that is not light"},
+      {"#..######..##........", 0, 0, "1 : 2 : 6 : 2 : 2"},
   };
-  for (const auto& [line, count, why] : cases) {
+  for (const auto& [line, korvex32, published, why] : cases) {
     Modules m(line.size(), std::vector<bool>(line.size(), false));
     for (std::size_t i = 0; i < line.size(); ++i) m[10][i] = line[i] == '#';
-    EXPECT_EQ(slow_finder_likes(m), count) << line << ": " << why;
+    EXPECT_EQ(slow_finder_likes(m), korvex32) << line << ": " << why;
+    EXPECT_EQ(slow_published_finder_likes(m), published) << line << ": " << why;
     expect_counts_of_any_width(m);
     expect_counts_of_any_width(transposed(m));
   }
