@@ -41,7 +41,7 @@ Fault put_date(Dialect dialect, ElementText& text, Compaction& compaction) {
 
 /// AI 10 in front is told by a method field of its own, without a date (ISO/IEC 24723, encodation method 10).
 bool begins_with_batch(const ElementText& text) {
-  return text.size() >= 3 && text[0] == '1' && text[1] == '0' && text[2] != kFnc1;
+  return text.size() >= 3 && text[0] == '1' && text[1] == '0';
 }
 
 /// The place of the letter in 90, a number below 1000, a capital letter; 0 when `text` does not begin so.

@@ -108,6 +108,7 @@ std::string some_text(Random& random, int length) {
 TEST(CompositeComponent, EveryMethodSchemeAndSizeReadsBack) {
   Random random(2026);
   std::map<int, std::set<int>> rows_met;
+  std::map<int, std::set<int>> addresses_met;  // of the top rows of CC-A
   for (int i = 0; i < 6000; ++i) {
     const Carrier& carrier = kCarriers[i % 4];
     const std::string text = some_text(random, random.below(1 + random.below(carrier.longest_text)));
@@ -118,11 +119,20 @@ TEST(CompositeComponent, EveryMethodSchemeAndSizeReadsBack) {
     }
     rows_met[carrier.columns].insert(symbol->component_rows);
     ASSERT_EQ(read_back(*symbol), text) << i;
+    if (symbol->component == Component::cc_a) {
+      addresses_met[carrier.columns].insert(100 * symbol->component_rows +
+                                            read_component(*symbol).first_address);
+    }
   }
   EXPECT_EQ(rows_met[2], (std::set{5, 6, 7, 8, 9, 10, 12, 17, 20, 23, 26}));
   EXPECT_EQ(rows_met[3], (std::set{4, 5, 6, 7, 8, 15, 20, 26, 32, 38, 44}));
   EXPECT_EQ(rows_met[4], (std::set{3, 4, 5, 6, 7, 10, 12, 15, 20, 26, 32, 38, 44}));
   EXPECT_GT(rows_met[0].size(), 20U);
+  // ISO/IEC 24723, Table 2: rows of CC-A, and the row address pattern of the top one. No reader at hand knows
+  // CC-A.
+  EXPECT_EQ(addresses_met[2], (std::set{539, 601, 732, 808, 914, 1043, 1220}));
+  EXPECT_EQ(addresses_met[3], (std::set{411, 501, 605, 715, 821}));
+  EXPECT_EQ(addresses_met[4], (std::set{340, 443, 546, 634, 729}));
 }
 
 TEST(CompositeComponent, AnEmptyTextGivesTheSmallestSize) {
@@ -162,14 +172,25 @@ TEST(CompositeComponent, CcCHasTheColumnsThatFitItsLinearComponentWithQuietZones
       {"10ABCDEFGHIJKLMNOPQRST#21abcdefghijklmno", 26},  // 45
   };
   for (const auto& [linear, columns] : cases) {
-    for (int length = 1; length < 600; length += 7) {
+    for (int length = 1; length < 600; length += length < 250 ? 1 : 7) {
       const std::string text(static_cast<std::size_t>(length), 'x');
       const Result<Symbol> symbol = encode({.symbology = Symbology::gs1_128_cc_c}, linear + "|" + text);
       if (!symbol) break;
       EXPECT_EQ(symbol->component_columns, columns) << linear << ' ' << length;
+      // ISO/IEC 24723: more data takes more check codewords; six bytes stand in five codewords.
+      const Result<Details> details = explain({.symbology = Symbology::gs1_128_cc_c}, linear + "|" + text);
+      const int bytes = (details->component_bits + 7) / 8;
+      const int data = bytes / 6 * 5 + bytes % 6;
+      EXPECT_EQ(details->check_codewords, data <= 40 ? 8 : data <= 160 ? 16 : data <= 320 ? 32 : 64) << data;
       EXPECT_EQ(read_back(*symbol), text);
     }
   }
+  // The old dialect leaves one module free.
+  const std::string text(200, 'x');
+  EXPECT_EQ(encode({.symbology = Symbology::gs1_128_cc_c, .dialect = Dialect::korvex32},
+                   cases[1].first + "|" + text)
+                ->component_columns,
+            7);
   EXPECT_FALSE(encode({.symbology = Symbology::gs1_128_cc_c}, "1|x"));  // too narrow for one column
 }
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -247,6 +248,25 @@ TEST(CompositeDataBar, SeparatorsAlternateBesideFindersAndEndLight) {
     EXPECT_EQ(art(adjacent_row_separator(row, c.elements, c.dark_first,
                                          finder_like_places(c.elements, c.dark_first))),
               c.separator);
+  }
+}
+
+TEST(CompositeDataBar, ExpandedSaysHowLongItIs) {
+  // ISO/IEC 24724, 7.2.5.4: one bit for an odd number of symbol characters, one for more than 14 of them.
+  // Behind the linkage flag and the encodation method, 1 with an item number and 00 without.
+  for (const auto& [beginning, shift] : {std::pair("0109501101530003", 8), std::pair("10", 7)}) {
+    std::set<std::size_t> met;
+    for (std::size_t length = 1; length < 40; ++length) {
+      const std::string text = beginning + std::string(length, 'A');
+      const Result<Details> details = explain({.symbology = Symbology::databar_expanded}, text);
+      if (!details) break;
+      const std::size_t characters = details->linear_values.size();
+      met.insert(characters);
+      EXPECT_EQ(details->linear_values[1] >> shift & 0b11,
+                (characters % 2 != 0 ? 2 : 0) + (characters > 14 ? 1 : 0))
+          << text;
+    }
+    EXPECT_GT(met.size(), 12U);
   }
 }
 

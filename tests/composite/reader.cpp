@@ -126,6 +126,7 @@ void read_cc_a_or_b(const Symbol& symbol, Reading& reading) {
     demand(last < 0 || (address == (last + 1) % 52 && offset == last_offset),
            "row address patterns out of order");
     demand((offset == 32) == (reading.kind == Component::cc_a), "row address patterns of the other kind");
+    if (last < 0) reading.first_address = address + 1;
     last = address;
     last_offset = offset;
   }

@@ -14,6 +14,7 @@ struct Reading {
   Component kind = Component::none;
   int columns = 0;
   int rows = 0;
+  int first_address = 0;       ///< CC-A and CC-B: row address pattern of the top row, from 1
   std::vector<int> codewords;  ///< check codewords included
   int check_codewords = 0;
   std::string bits;  ///< of the data, padding included

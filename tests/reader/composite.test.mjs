@@ -38,6 +38,9 @@ test('DataBar Expanded holds element strings of every encodation method, in one 
     () => `(01)${item()}(3103)0${random.string('012', 1)}${random.string(digits, 4)}`,
     () => `(01)${item()}(3202)00${random.string(digits, 4)}`,
     () => `(01)${item()}(3203)01${random.string(digits, 4)}`,
+    // The largest weights of the short methods, and one more.
+    ...['(3103)032767', '(3103)032768', '(3202)009999', '(3202)010000', '(3203)022767', '(3203)022768', '(3103)099999', '(3103)100000']
+      .map((weight) => () => `(01)${item()}${weight}`),
     () => `(01)${item()}(3925)${random.string(digits, 5)}(10)${random.string(capitals, 3)}`,
     () => `(01)${item()}(3931)840${random.string(digits, 6)}`,
     ...['11', '13', '15', '17'].flatMap((ai) => [
