@@ -74,9 +74,9 @@ Request request_of(const Options& options, std::span<const std::uint8_t> message
   request.total = options.total;
   request.message = message;
   std::string code(options.postal_code);
-  if (options.dialect == Dialect::standard && options.country_code == kUnitedStates && code.size() == kZip) {
-    code += kNoPlusFour;
-  }
+  const bool zip_alone =
+      options.mode == Mode::carrier_numeric && options.country_code == kUnitedStates && code.size() == kZip;
+  if (zip_alone && options.dialect == Dialect::standard) code += kNoPlusFour;
   request.postal_characters.fill(' ');
   std::copy_n(code.begin(), std::min(code.size(), kPostalCharacters), request.postal_characters.begin());
   request.postal_length = static_cast<int>(code.size());

@@ -136,6 +136,9 @@ TEST(MaxiCodeMessages, PackTheCarriersFields) {
         .country_code = 56,
         .service_class = 999},
        {35, 6, 28, 13, 28, 44, 0, 14, 28, 62}},
+      // Blanks, 100000, fill up.
+      {{.mode = Mode::carrier_alphanumeric, .postal_code = "B1050", .country_code = 840, .service_class = 1},
+       {3, 8, 28, 13, 28, 44, 0, 18, 7, 0}},
   };
   for (const auto& row : rows) {
     const auto symbol = encode(row.options, "");
