@@ -33,7 +33,7 @@ const Option kMode{
     {"auto", "2", "3", "4", "6"},
     "auto"};
 const Option kPostalCode{"--postal-code", "TEXT",
-                         "up to 9 digits (mode 2), or 6 capitals and digits (mode 3)"};
+                         "up to 9 digits (mode 2), or 6 capitals, digits and spaces (mode 3)"};
 const Option kCountry{"--country", "N", "country of the postal code, 1 to 999 (ISO 3166-1)"};
 const Option kService{"--service", "N", "the carrier's class of service, 1 to 999"};
 const Option kPosition{"--position", "N", "of this symbol in a series", {}, "1"};
@@ -116,7 +116,7 @@ std::vector<Symbology> maxicode() {
   return {{"maxicode",
            "MaxiCode",
            "ISO/IEC 16023",
-           "bytes 1 to 255, up to 138 digits or 93 capitals",
+           "any bytes, up to 138 digits or 93 capitals",
            {"[)>{RS}01{GS}96KORVEX{GS}1Z00004951{RS}{EOT}",
             {"--escapes", "--postal-code", "152382802", "--country", "840", "--service", "1"}},
            {kMode, kPostalCode, kCountry, kService, kPosition, kTotal, kDialect},

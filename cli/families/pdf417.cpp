@@ -25,6 +25,12 @@ const Option kRowHeight{
 const Option kMicroRowHeight{
     "--row-height", "LENGTH", "height of a row in modules, or in millimetres as in 1mm", {}, "2"};
 
+const Option kDialect{"--dialect",
+                      "",
+                      "the published form, or what PDF_Encode draws to the module",
+                      {"standard", "korvex32"},
+                      "standard"};
+
 constexpr int kAny = 9999;  // the library says what is out of range, and what would go with the other options
 
 pdf417::Options options_of(Kind kind, const OptionValues& values) {
@@ -32,7 +38,11 @@ pdf417::Options options_of(Kind kind, const OptionValues& values) {
   options.kind = kind;
   options.columns = values.number(kColumns, 0, kAny).value_or(0);
   options.rows = values.number(kRows, 0, kAny).value_or(0);
-  if (kind != Kind::micro) options.ecc_level = values.number(kLevel, 0, kAny).value_or(0);
+  if (kind != Kind::micro) {
+    options.ecc_level = values.number(kLevel, 0, kAny).value_or(0);
+  } else if (values.text(kDialect) == "korvex32") {
+    options.dialect = Dialect::korvex32;
+  }
   options.byte_only = values.flag(kByteOnly);
   return options;
 }
@@ -115,7 +125,7 @@ Symbology symbology(std::string_view name, std::string_view title, std::string_v
   const bool micro = kind == Kind::micro;
   const Option& row_height = micro ? kMicroRowHeight : kRowHeight;
   std::vector<Option> options =
-      micro ? std::vector{kMicroColumns, kMicroRows} : std::vector{kColumns, kRows, kLevel};
+      micro ? std::vector{kMicroColumns, kMicroRows, kDialect} : std::vector{kColumns, kRows, kLevel};
   options.insert(options.end(), {kByteOnly, row_height});
   return {name,
           title,

@@ -22,11 +22,13 @@ enum class Mode : std::uint8_t {
 struct Options {
   Mode mode = Mode::standard;
   Dialect dialect = Dialect::standard;
-  std::string_view postal_code{};  ///< carrier modes: 1 to 9 digits, or 6 capital letters, digits and spaces
-  int country_code = 0;            ///< carrier modes: 1 to 999 (ISO 3166-1 numeric)
-  int service_class = 0;           ///< carrier modes: 1 to 999
-  int position = 1;                ///< structured append: of this symbol, 1 to `total`
-  int total = 1;                   ///< structured append: symbols in the series, 1 to 8; 1: none
+  /// carrier_numeric: 1 to 9 digits; five of the United States (country 840) get four zeros behind them.
+  /// carrier_alphanumeric: 1 to 6 capital letters, digits and spaces; blanks fill it up.
+  std::string_view postal_code{};
+  int country_code = 0;   ///< carrier modes: 1 to 999 (ISO 3166-1 numeric)
+  int service_class = 0;  ///< carrier modes: 1 to 999
+  int position = 1;       ///< structured append: of this symbol, 1 to `total`
+  int total = 1;          ///< structured append: symbols in the series, 1 to 8; 1: none
 };
 
 inline constexpr int kRows = 33;
@@ -44,13 +46,20 @@ struct Symbol {
   std::string code_sets;
 };
 
-/// Encodes `message`, bytes 1 to 255. 93 codewords hold it in modes 4 and 6, 84 in the carrier modes; a
+/// Encodes `message`, any bytes. 93 codewords hold it in modes 4 and 6, 84 in the carrier modes; a
 /// series header takes two of them.
 ///
-/// Errors: bad_parameter for options out of range; bad_data for a postal code or a byte 0 that cannot be
-/// encoded; no_symbol for a message that does not fit. Dialect::korvex32 draws what MAXI_Encode draws: "!" is
-/// codeword 33 of code set B, which readers take for a pad, byte 31 stands as it is in every code set, where
-/// it announces nine digits, and postal codes are not looked at beyond their length.
+/// Errors: bad_parameter for options out of range; bad_data for a postal code that cannot be encoded;
+/// no_symbol for a message that does not fit.
+///
+/// Dialect::korvex32 draws what MAXI_Encode draws:
+/// - a latch, codeword 63, stands in front of the pads; where the message ends in set B it leads to set A;
+/// - "!" is codeword 33 of code set B, which readers take for a pad;
+/// - byte 31 stands as it is in sets A to D, where it announces nine digits;
+/// - five digits of the United States stay five.
+/// MAXI_Encode itself takes more than encode() does: any text for a postal code of digits (its leading
+/// number, and as length that of the text, modulo 64), any six characters in the other mode, and positions
+/// beyond `total`.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> message);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view message);
 

@@ -24,6 +24,7 @@ struct Options {
   int rows = 0;            ///< 3 to 90 (micro: see MicroSize); 0: chosen
   int ecc_level = 2;       ///< 0 to 8: 2^(level + 1) check codewords; not read for micro
   bool byte_only = false;  ///< everything in byte compaction, text and digits too
+  Dialect dialect = Dialect::standard;
 };
 
 struct Symbol {
@@ -41,7 +42,10 @@ struct Symbol {
 /// width; micro takes the size of the smallest area. One of them given: the other follows from the data.
 /// Errors: bad_parameter for options out of range, more than 928 codewords (columns x rows) and pairs that
 /// MicroPDF417 does not have; no_symbol when the check codewords leave no room for data, or the data does not
-/// fit. Any bytes are allowed, and none at all. Both dialects are the same here.
+/// fit. Any bytes are allowed, and none at all.
+///
+/// Dialect::korvex32 draws what PDF_Encode draws: the pads of MicroPDF417 are a cycle of eight codewords, 900
+/// and pairs of sub-mode latches, where the standard dialect has 900 alone. Nothing else differs.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 

@@ -42,7 +42,7 @@ inline constexpr Run kRuns[] = {
     {Set::c, 219, 223, 32}, {Set::d, 28, 31, 28},   {Set::d, 32, 32, 59},   {Set::d, 138, 148, 47},
     {Set::d, 161, 161, 37}, {Set::d, 168, 168, 38}, {Set::d, 171, 171, 39}, {Set::d, 175, 176, 40},
     {Set::d, 180, 180, 42}, {Set::d, 183, 184, 43}, {Set::d, 187, 187, 45}, {Set::d, 191, 191, 46},
-    {Set::d, 224, 250, 0},  {Set::d, 251, 255, 32}, {Set::e, 1, 26, 1},     {Set::e, 27, 27, 30},
+    {Set::d, 224, 250, 0},  {Set::d, 251, 255, 32}, {Set::e, 0, 26, 0},     {Set::e, 27, 27, 30},
     {Set::e, 28, 31, 32},   {Set::e, 32, 32, 59},   {Set::e, 149, 158, 48}, {Set::e, 159, 160, 36},
     {Set::e, 162, 167, 38}, {Set::e, 169, 169, 44}, {Set::e, 173, 174, 45}, {Set::e, 182, 182, 47},
 };
@@ -63,7 +63,7 @@ constexpr Sets make_sets(Dialect dialect) {
     // 31 announces nine digits in sets A to D: the unit separator is set E's alone.
     for (const Set set : {Set::a, Set::b, Set::c, Set::d}) at(set, 31).value = -1;
   }
-  for (int byte = 1; byte < 256; ++byte) {
+  for (int byte = 0; byte < 256; ++byte) {
     // A carriage return is in A and in E: A comes first.
     Set holder = Set::a;
     while (!at(holder, byte).has_value() && holder != Set::e) {
@@ -83,7 +83,7 @@ inline constexpr Sets kKorvex32Sets = make_sets(Dialect::korvex32);
 static_assert(
     [] {
       for (const Sets& sets : {kStandardSets, kKorvex32Sets}) {
-        for (std::size_t byte = 1; byte < 256; ++byte) {
+        for (std::size_t byte = 0; byte < 256; ++byte) {
           bool held = false;
           for (const auto& set : sets) held = held || set[byte].has_value();
           if (!held) return false;
@@ -91,6 +91,6 @@ static_assert(
       }
       return true;
     }(),
-    "every byte but 0 is in some set");
+    "every byte is in some set");
 
 }  // namespace korvex::maxicode

@@ -32,7 +32,8 @@ class Encoder {
         sets_(dialect == Dialect::standard ? kStandardSets : kKorvex32Sets),
         codewords_(codewords) {}
 
-  void run() {
+  /// Returns what is to follow.
+  Pads run() {
     while (at_ < message_.size() && !codewords_.overflowed()) {
       const Place place = look(state_, 0);
       const bool may_be_numeric = place.has_value() ? state_ == Set::a : place.go_to == Set::a;
@@ -44,9 +45,28 @@ class Encoder {
         change_to(place.go_to);
       }
     }
+    return pads();
   }
 
  private:
+  [[nodiscard]] Pads pads() const {
+    constexpr int kPadOfAB = 33;
+    constexpr int kPadOfE = 28;
+    // A pad in front of everything else announces a series header: an empty message begins with a latch.
+    if (&sets_ == &kKorvex32Sets || codewords_.count() == 0) return {kLatchAB, kPadOfAB};
+    switch (state_) {
+      case Set::a:
+      case Set::b:
+        return {kPadOfAB, kPadOfAB};
+      case Set::c:
+      case Set::d:
+        return {kLatchToA, kPadOfAB};
+      case Set::e:
+        break;
+    }
+    return {kPadOfE, kPadOfE};
+  }
+
   /// The byte `ahead` of the present one in a set; past the end, a place without value that is nobody's.
   [[nodiscard]] Place look(Set set, std::size_t ahead) const {
     if (at_ + ahead >= message_.size()) return {.value = -1, .go_to = set};
@@ -138,8 +158,8 @@ class Encoder {
 
 }  // namespace
 
-void append_message(std::span<const std::uint8_t> message, Dialect dialect, Codewords& codewords) {
-  Encoder(message, dialect, codewords).run();
+Pads append_message(std::span<const std::uint8_t> message, Dialect dialect, Codewords& codewords) {
+  return Encoder(message, dialect, codewords).run();
 }
 
 }  // namespace korvex::maxicode

@@ -12,6 +12,11 @@ namespace {
 constexpr int kSeriesHeader = 33;  // then position and total, three bits each
 constexpr char kHeaderSet = '\0';  // the header stands in no code set
 
+// A postal code of the United States has nine digits; behind a ZIP code alone go zeros.
+constexpr int kUnitedStates = 840;
+constexpr std::size_t kZip = 5;
+constexpr std::string_view kNoPlusFour = "0000";
+
 Error bad(Code code, std::string message) {
   return {code, std::move(message)};
 }
@@ -35,13 +40,14 @@ std::optional<Error> check_postal_code(const Options& options) {
   const auto allowed = [](char character) {
     return is_digit(character) || (character >= 'A' && character <= 'Z') || character == ' ';
   };
-  if (code.size() == 6 && std::ranges::all_of(code, allowed)) return std::nullopt;
+  if (!code.empty() && code.size() <= kPostalCharacters && std::ranges::all_of(code, allowed))
+    return std::nullopt;
   return bad(Code::bad_data,
              "The postal code is " + quoted(code) +
-                 "; mode 3 takes one of exactly 6 characters: capital letters, digits and spaces.");
+                 "; mode 3 takes one of 1 to 6 characters: capital letters, digits and spaces.");
 }
 
-std::optional<Error> check(const Options& options, std::span<const std::uint8_t> message) {
+std::optional<Error> check(const Options& options) {
   const bool carrier = options.mode == Mode::carrier_numeric || options.mode == Mode::carrier_alphanumeric;
   if (!carrier && options.mode != Mode::standard && options.mode != Mode::reader_programming) {
     return bad(Code::bad_parameter, "The mode is " + std::to_string(static_cast<int>(options.mode)) +
@@ -55,11 +61,6 @@ std::optional<Error> check(const Options& options, std::span<const std::uint8_t>
     if (auto error = out_of_range("The class of service", options.service_class, 1, 999)) return error;
     if (auto error = check_postal_code(options)) return error;
   }
-  const auto zero = std::ranges::find(message, std::uint8_t{0});
-  if (zero != message.end()) {
-    return bad(Code::bad_data, "Byte 0x00 at position " + std::to_string(zero - message.begin() + 1) +
-                                   " cannot be encoded; bytes 1 to 255 can.");
-  }
   return std::nullopt;
 }
 
@@ -72,8 +73,12 @@ Request request_of(const Options& options, std::span<const std::uint8_t> message
   request.position = options.position;
   request.total = options.total;
   request.message = message;
-  const std::string_view code = options.postal_code;
-  request.postal_characters = {reinterpret_cast<const std::uint8_t*>(code.data()), code.size()};
+  std::string code(options.postal_code);
+  const bool zip_alone =
+      options.mode == Mode::carrier_numeric && options.country_code == kUnitedStates && code.size() == kZip;
+  if (zip_alone && options.dialect == Dialect::standard) code += kNoPlusFour;
+  request.postal_characters.fill(' ');
+  std::copy_n(code.begin(), std::min(code.size(), kPostalCharacters), request.postal_characters.begin());
   request.postal_length = static_cast<int>(code.size());
   std::from_chars(code.data(), code.data() + code.size(), request.postal_number);
   return request;
@@ -96,7 +101,7 @@ Codewords message_codewords(const Request& request) {
     codewords.put(kSeriesHeader, kHeaderSet);
     codewords.put((request.position - 1) << 3 | (request.total - 1), kHeaderSet);
   }
-  append_message(request.message, request.dialect, codewords);
+  codewords.pads = append_message(request.message, request.dialect, codewords);
   return codewords;
 }
 
@@ -107,7 +112,7 @@ AllCodewords all_codewords(const Request& request, const Codewords& message) {
 }
 
 Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> message) {
-  if (auto error = check(options, message)) return *std::move(error);
+  if (auto error = check(options)) return *std::move(error);
   const Request request = request_of(options, message);
   const Codewords codewords = message_codewords(request);
   if (codewords.overflowed()) {

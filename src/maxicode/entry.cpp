@@ -1,5 +1,6 @@
 #include "maxicode/entry.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string_view>
@@ -52,11 +53,13 @@ std::optional<Request> read_record(const MAXI_Params& params) {
     if (!carrier_fields_in_range(params) || params.postal_code == nullptr) return std::nullopt;
     request.country_code = params.country_code;
     request.service_class = params.service_class;
-    request.postal_characters = bytes_of(params.postal_code);
-    if (request.mode == Mode::carrier_alphanumeric && request.postal_characters.size() != 6)
-      return std::nullopt;
+    const auto postal_code = bytes_of(params.postal_code);
+    if (request.mode == Mode::carrier_alphanumeric) {
+      if (postal_code.size() != kPostalCharacters) return std::nullopt;
+      std::ranges::copy(postal_code, request.postal_characters.begin());
+    }
     request.postal_number = leading_number(params.postal_code);
-    request.postal_length = static_cast<int>(request.postal_characters.size() & 63);
+    request.postal_length = static_cast<int>(postal_code.size() & 63);
   }
   if (params.message == nullptr) return std::nullopt;
   request.message = bytes_of(params.message);

@@ -6,9 +6,6 @@
 namespace korvex::maxicode {
 namespace {
 
-constexpr int kFirstPad = 63;  // latches to B, where 33 is the pad
-constexpr int kPad = 33;
-
 /// Bits `low` to `low` + `count` - 1 of a number.
 constexpr int bits(std::uint32_t number, int low, int count) {
   return static_cast<int>(number >> low & ((1U << count) - 1));
@@ -55,7 +52,8 @@ AllCodewords data_codewords(const Request& request, const Codewords& message) {
   std::array<std::uint8_t, kMaxMessage> filled;
   const int capacity = message.capacity();
   for (int i = 0; i < capacity; ++i) {
-    const int value = i < message.count() ? message[i] : i == message.count() ? kFirstPad : kPad;
+    const int pad = i == message.count() ? message.pads.first : message.pads.others;
+    const int value = i < message.count() ? message[i] : pad;
     filled[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(value);
   }
 

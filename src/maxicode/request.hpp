@@ -20,24 +20,32 @@ static_assert(kPrimaryCodewords + kSecondaryData + kSecondaryCheck == kCodewords
 /// The most message codewords of any mode: what modes 4 and 6 hold.
 inline constexpr int kMaxMessage = kPrimaryData - 1 + kSecondaryData;
 
+inline constexpr std::size_t kPostalCharacters = 6;
+
 /// A checked request.
 struct Request {
   Mode mode = Mode::standard;
   Dialect dialect = Dialect::standard;
-  std::uint32_t postal_number = 0;                  ///< carrier_numeric: the low 30 bits count
-  int postal_length = 0;                            ///< carrier_numeric: the low six bits count
-  std::span<const std::uint8_t> postal_characters;  ///< carrier_alphanumeric: six
+  std::uint32_t postal_number = 0;  ///< carrier_numeric: the low 30 bits count
+  int postal_length = 0;            ///< carrier_numeric: the low six bits count
+  std::array<std::uint8_t, kPostalCharacters> postal_characters{};  ///< carrier_alphanumeric
   int country_code = 0;
   int service_class = 0;
   int position = 1;
   int total = 1;
-  std::span<const std::uint8_t> message;  ///< no byte is 0
+  std::span<const std::uint8_t> message;
 
   [[nodiscard]] bool is_carrier() const {
     return mode == Mode::carrier_numeric || mode == Mode::carrier_alphanumeric;
   }
   /// Codewords for the series header and the message.
   [[nodiscard]] int capacity() const { return is_carrier() ? kSecondaryData : kMaxMessage; }
+};
+
+/// The codewords between a message's end and the symbol's.
+struct Pads {
+  int first = 0;
+  int others = 0;
 };
 
 /// Codewords of a message as they are written. What passes the capacity is counted, not kept.
@@ -60,6 +68,8 @@ class Codewords {
   [[nodiscard]] std::uint8_t operator[](int index) const { return values_[static_cast<std::size_t>(index)]; }
   [[nodiscard]] char set(int index) const { return sets_[static_cast<std::size_t>(index)]; }
 
+  Pads pads;
+
  private:
   int capacity_;
   int count_ = 0;
@@ -70,7 +80,8 @@ class Codewords {
 using AllCodewords = std::array<std::uint8_t, kCodewords>;
 
 /// encodation.cpp: appends the codewords of `message`, from code set A on, until it ends or they overflow.
-void append_message(std::span<const std::uint8_t> message, Dialect dialect, Codewords& codewords);
+/// Returns the pads that a reader takes for such, in the code set that it is left in.
+Pads append_message(std::span<const std::uint8_t> message, Dialect dialect, Codewords& codewords);
 
 /// messages.cpp: primary and secondary data in their places; check codewords 0. Requires codewords that fit.
 AllCodewords data_codewords(const Request& request, const Codewords& message);

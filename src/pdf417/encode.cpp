@@ -60,6 +60,7 @@ std::optional<Error> lay_out_message(const Options& options, std::span<const std
   if (std::optional<Error> error = check(options)) return error;
   Request request{
       .kind = options.kind,
+      .dialect = options.dialect,
       .columns = options.columns,
       .rows = options.rows,
       .ecc_level = options.ecc_level,

@@ -19,7 +19,10 @@ constexpr bool in_range(int value, int least, int most) {
 
 /// The record without its data. Nothing when a field is out of range; the pixel fields are looked at later.
 std::optional<Request> read_settings(const PDF_Params& params) {
-  Request request{.columns = params.columns, .rows = params.rows, .byte_only = params.byte_only != 0};
+  Request request{.dialect = Dialect::korvex32,
+                  .columns = params.columns,
+                  .rows = params.rows,
+                  .byte_only = params.byte_only != 0};
   if (params.micro != 0) {
     const auto found = std::ranges::find_if(kMicroLayouts, [&](const MicroLayout& size) {
       return size.columns == params.columns && size.rows == params.rows;

@@ -13,9 +13,9 @@ namespace {
 
 constexpr unsigned kPad = 900;
 
-/// MicroPDF417 is padded by a latch to text compaction and then by pairs of its sub-modes' latches, which
-/// decode to nothing and look less alike, row by row, than one codeword over and over.
-void pad_micro(int count, int columns, CodewordBuffer& codewords) {
+/// The korvex32 dialect pads MicroPDF417 by a latch to text compaction and then by pairs of its sub-modes'
+/// latches, which decode to nothing and look less alike, row by row, than one codeword over and over.
+void pad_micro_by_latches(int count, int columns, CodewordBuffer& codewords) {
   constexpr std::array<unsigned, 8> kCycle = {838, 779, 867, 865, 898, 868, 839, kPad};
   constexpr int kThreeCycles = 3 * static_cast<int>(kCycle.size());
   // Where the columns divide the cycle, one pad more behind every third moves it on to other columns.
@@ -27,13 +27,14 @@ void pad_micro(int count, int columns, CodewordBuffer& codewords) {
   }
 }
 
-void pad(Layout& layout) {
-  if (layout.kind == Kind::micro) {
-    pad_micro(layout.pad_codewords, layout.columns, layout.codewords);
+void pad(Dialect dialect, Layout& layout) {
+  const bool micro = layout.kind == Kind::micro;
+  if (micro && dialect == Dialect::korvex32) {
+    pad_micro_by_latches(layout.pad_codewords, layout.columns, layout.codewords);
   } else {
     layout.codewords.push_repeatedly(layout.pad_codewords, kPad);
-    layout.codewords.set_first(layout.codewords.count());  // the length descriptor counts itself and the pads
   }
+  if (!micro) layout.codewords.set_first(layout.codewords.count());  // it counts itself and the pads
 }
 
 }  // namespace
@@ -55,7 +56,7 @@ Laid lay_out(const Request& request, Layout& layout, RunLog* log) {
   layout.micro = request.micro;
   layout.pad_codewords = shape.rows * shape.columns - room.check - codewords.count();
   layout.check_codewords = room.check;
-  pad(layout);
+  pad(request.dialect, layout);
   append_check_codewords(room.check, codewords);
   return {Outcome::fits, taken};
 }

@@ -17,6 +17,7 @@ struct MicroLayout;
 /// A checked request: options are in range and go together; the data is not yet looked at.
 struct Request {
   Kind kind = Kind::normal;
+  Dialect dialect = Dialect::standard;
   int columns = 0;                     ///< 0: free; not read for micro
   int rows = 0;                        ///< 0: free; not read for micro
   int ecc_level = 0;                   ///< not read for micro

@@ -23,11 +23,14 @@ std::vector<int> runs(const std::string& bars) {
   return widths;
 }
 
-/// Elements 'n' and 'w' of runs, every one at least half again as wide as the narrowest being wide.
+/// Elements 'n' and 'w' of runs, which have two widths and no others.
 std::string elements(const std::vector<int>& widths) {
-  const int narrow = *std::min_element(widths.begin(), widths.end());
+  const auto [narrow, wide] = std::minmax_element(widths.begin(), widths.end());
   std::string text;
-  for (const int width : widths) text += 2 * width >= 3 * narrow ? 'w' : 'n';
+  for (const int width : widths) {
+    EXPECT_TRUE(width == *narrow || width == *wide) << width << " modules";
+    text += width == *wide ? 'w' : 'n';
+  }
   return text;
 }
 

@@ -68,7 +68,12 @@ TEST(Pdf417Construction, FillsUpWithPads) {
     return Values(end - result->pad_codewords, end);
   };
   EXPECT_EQ(pads({.columns = 1, .rows = 8, .ecc_level = 0}), Values(5, 900));
-  // A latch to text, then cycles of eight; where the columns are 2 or 4, one more pad after every three.
+  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 2, .rows = 26}), Values(37, 900));
+  // korvex32: a latch to text, then cycles of eight; where the columns are 2 or 4, one more pad after every
+  // three.
+  const auto korvex32_pads = [&pads](int columns, int rows) {
+    return pads({.kind = Kind::micro, .columns = columns, .rows = rows, .dialect = Dialect::korvex32});
+  };
   const auto micro_pads = [](std::size_t count, bool one_more) {
     Values values = {900};
     for (int cycle = 1; values.size() < count; ++cycle) {
@@ -78,10 +83,10 @@ TEST(Pdf417Construction, FillsUpWithPads) {
     values.resize(count);
     return values;
   };
-  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 1, .rows = 28}), micro_pads(20, false));
-  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 2, .rows = 26}), micro_pads(37, true));
-  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 3, .rows = 44}), micro_pads(82, false));
-  EXPECT_EQ(pads({.kind = Kind::micro, .columns = 4, .rows = 44}), micro_pads(126, true));
+  EXPECT_EQ(korvex32_pads(1, 28), micro_pads(20, false));
+  EXPECT_EQ(korvex32_pads(2, 26), micro_pads(37, true));
+  EXPECT_EQ(korvex32_pads(3, 44), micro_pads(82, false));
+  EXPECT_EQ(korvex32_pads(4, 44), micro_pads(126, true));
 }
 
 TEST(Pdf417Construction, WritesRowsAsWidths) {

@@ -84,7 +84,7 @@ TEST(Pdf417Entry, PaintsTheModulesOfTheCppInterface) {
   for (const Kind kind : {Kind::normal, Kind::truncated, Kind::micro}) {
     for (const bool byte_only : {false, true}) {
       const int rows = kind == Kind::micro ? 26 : 0;
-      const auto symbol = encode({kind, 2, rows, 1, byte_only}, message);
+      const auto symbol = encode({kind, 2, rows, 1, byte_only, Dialect::korvex32}, message);
       ASSERT_TRUE(symbol);
       PDF_Params params = record(message);
       params.ecc_level = 1;
