@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <climits>
+#include <memory>
 
 #include "qr/checks.hpp"
 #include "qr/encodation.hpp"
@@ -57,9 +58,18 @@ Result<int> choose_version(const Options& options, const Stream& public_stream,
   return options.version == 0 ? smallest : options.version;
 }
 
-Result<Symbol> encode_checked(const Options& options, std::span<const std::uint8_t> data) {
+/// What is worked on between data and symbol, too large for a stack. Nothing of it is cleared.
+struct Work {
   Stream public_stream;
   Stream private_stream;
+  CodewordBuffer data_codewords;
+  CodewordBuffer sequence;
+  Canvas canvas;
+};
+
+Result<Symbol> encode_checked(const Options& options, std::span<const std::uint8_t> data) {
+  const auto work = std::make_unique_for_overwrite<Work>();
+  auto& [public_stream, private_stream, data_codewords, sequence, canvas] = *work;
   const Stream* const private_or_none = options.private_data ? &private_stream : nullptr;
   if (auto error = analyse(options, data, public_stream)) return *std::move(error);
   if (options.private_data) {
@@ -68,12 +78,9 @@ Result<Symbol> encode_checked(const Options& options, std::span<const std::uint8
   const Result<int> version = choose_version(options, public_stream, private_or_none);
   if (!version) return version.error();
 
-  CodewordBuffer data_codewords;
-  CodewordBuffer sequence;
   write_data_codewords(options, *version, public_stream, private_or_none, data_codewords);
   write_sequence(options.type, *version, options.level, options.dialect, data_codewords, sequence);
 
-  Canvas canvas;
   draw_function_patterns(options.type, *version, canvas);
   place_codewords(sequence, canvas);
   MaskedSymbol masked = best_masked(canvas, options.level);
