@@ -170,7 +170,14 @@ Result<std::vector<qr::Symbol>> encode(const qr::Options& options, const OptionV
     return qr::encode_series(options, {bytes, data.size()}, symbols);
   }
   Result<qr::Symbol> symbol = qr::encode(options, data);
-  if (!symbol) return symbol.error();
+  if (!symbol) {
+    Error error = symbol.error();
+    constexpr std::string_view kWay = "structured append";  // to more data; here it has a name
+    if (const std::size_t at = error.message.find(kWay); at != std::string::npos) {
+      error.message.replace(at, kWay.size(), kAppend.name);
+    }
+    return error;
+  }
   return std::vector{std::move(symbol).value()};
 }
 

@@ -80,10 +80,10 @@ struct Symbol {
 
 /// Encodes `data` as one symbol.
 ///
-/// Errors: bad_parameter for options out of range or that do not go together, and for data beyond what the
-/// encoder takes (7366 characters, 200 segments); gs1_fixed_mode for a fixed mode with SymbolType::gs1;
-/// bad_data for data that a fixed mode cannot pack; no_symbol when no version, or not the one asked for,
-/// holds the data.
+/// Errors: bad_parameter for options out of range or that do not go together; gs1_fixed_mode for a fixed mode
+/// with SymbolType::gs1; bad_data for no data at all and data that a fixed mode cannot pack; no_symbol when no
+/// version, or not the one asked for, holds the data, or it is more than the encoder takes (7366 characters,
+/// 200 segments).
 ///
 /// Dialect::standard chooses the mask of Model 1 and Model 2 by ISO/IEC 18004:2015, 7.8.3.1, all eight
 /// counted in full. Dialect::korvex32 draws what QR_Encode draws:
@@ -114,7 +114,7 @@ struct Symbol {
 /// The parity of a structured-append series: the exclusive or of all its bytes (ISO/IEC 18004:2015, 8.3).
 [[nodiscard]] KORVEX_API std::uint8_t append_parity(std::span<const std::uint8_t> data);
 
-/// The name of a version: "7", "M3", "R11x59". Requires a version of that type.
+/// The name of a version: "7", "M3", "R11x59"; empty for one that the type does not have.
 [[nodiscard]] KORVEX_API std::string version_name(SymbolType type, int version);
 
 }  // namespace korvex::qr

@@ -25,14 +25,17 @@ inline std::string shown(int byte) {
   return std::string("'") + static_cast<char>(byte) + "' (" + hexadecimal(byte) + ")";
 }
 
-/// In quotation marks, each byte that is no printable ASCII as \x0A.
+/// A piece of data in quotation marks, each byte that is no printable ASCII as \x0A. Of one longer than 32
+/// bytes the first ones and the length: a sentence stays one whatever it is about.
 inline std::string quoted(std::string_view text) {
+  constexpr std::size_t kMostShown = 32;
   std::string quoted = "\"";
-  for (const char character : text) {
+  for (const char character : text.substr(0, kMostShown)) {
     const int byte = static_cast<unsigned char>(character);
     quoted += is_printable(byte) ? std::string(1, character) : "\\" + hexadecimal(byte).substr(1);
   }
-  return quoted + '"';
+  if (text.size() <= kMostShown) return quoted + '"';
+  return quoted + "...\" (" + std::to_string(text.size()) + " bytes)";
 }
 
 }  // namespace korvex

@@ -22,6 +22,8 @@ constexpr FarLookAhead::RuleCounts FarLookAhead::kNeeded = {{
 
 void FarLookAhead::prepare(std::span<const Counts> sums) {
   sums_ = sums;
+  // Each level has at most half as many as the one below.
+  blocks_ = std::make_unique_for_overwrite<Block[]>(2 * (sums.size() / kBlock));
   for (int level = 0; level < kLevels; ++level) {
     const int length = kBlock << level;
     if (level > 0) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 #include "datamatrix/look_ahead_rules.hpp"
@@ -48,7 +49,6 @@ class FarLookAhead {
 
   static constexpr int kBlock = 32;  // positions in the smallest block; each level above doubles that
   static constexpr int kLevels = 8;
-  static constexpr int kMaxBlocks = 2 * ((kMaxCharacters + 1) / kBlock);
 
   static const std::array<std::size_t, kRules> kSchemes;
   static const RuleCounts kNeeded;
@@ -75,7 +75,7 @@ class FarLookAhead {
 
   std::span<const Counts> sums_;
   std::array<int, kLevels> level_begin_{};
-  std::array<Block, kMaxBlocks> blocks_;  // level by level; not cleared
+  std::unique_ptr<Block[]> blocks_;  // level by level; not cleared
 };
 
 }  // namespace korvex::datamatrix

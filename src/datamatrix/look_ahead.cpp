@@ -5,13 +5,14 @@
 namespace korvex::datamatrix {
 
 LookAhead::LookAhead(std::span<const Character> message)
-    : message_(message), size_(static_cast<int>(message.size())) {
+    : message_(message),
+      size_(static_cast<int>(message.size())),
+      before_(std::make_unique_for_overwrite<Before[]>(message.size() + 1)) {
   Excess sum = 0;
   bool open_pair = false;
   int at = 0;
   const auto add = [&](Character c, Excess added) {
-    excess_[static_cast<std::size_t>(at)] = sum;
-    open_pair_[static_cast<std::size_t>(at)] = open_pair;
+    before_[static_cast<std::size_t>(at)] = {sum, open_pair};
     const bool digit = is_digit(c);
     sum += added - (open_pair && !digit ? kOpenPair : 0);
     open_pair = !open_pair && digit;
@@ -23,8 +24,7 @@ LookAhead::LookAhead(std::span<const Character> message)
     const std::int32_t refused = refusal(size_ - at);
     add(c, step(c, {{0, 0, 0, refused, refused, refused}}));
   }
-  excess_[message.size()] = sum;
-  open_pair_[message.size()] = open_pair;
+  before_[message.size()] = {sum, open_pair};
 }
 
 /// As first_decision(), at positions that are at most kNear behind where the test begins.
@@ -75,7 +75,7 @@ Scheme LookAhead::end_test(Excess offset, bool open_pair, Scheme current) const 
 
 /// The test at `position` from `begin` on, before which it decided nothing.
 Scheme LookAhead::far_test(int position, int begin, Scheme current) {
-  if (!has_sums_) make_sums();
+  if (sums_ == nullptr) make_sums();
   Counts offsets = kStartCounts[static_cast<std::size_t>(current)] - sums(position);
   const Decision decision = first_far_decision(position, begin, offsets);
   if (decision.verdict == Verdict::none) return choose_at_end(sums(size_) + offsets, current);
@@ -103,6 +103,7 @@ Decision LookAhead::first_far_decision(int position, int begin, Counts& offsets)
 }
 
 void LookAhead::make_sums() {
+  sums_ = std::make_unique_for_overwrite<Counts[]>(static_cast<std::size_t>(size_) + 1);
   Counts sum{};
   for (int at = 0; at < size_; ++at) {
     sums_[static_cast<std::size_t>(at)] = sum;
@@ -114,7 +115,6 @@ void LookAhead::make_sums() {
     }
   }
   sums_[static_cast<std::size_t>(size_)] = sum;
-  has_sums_ = true;
 }
 
 /// The first position at or after `position` that has no digit.

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 
 #include "datamatrix/excess.hpp"
@@ -28,10 +29,12 @@ class LookAhead {
   }
 
  private:
-  [[nodiscard]] Excess excess(int position) const { return excess_[static_cast<std::size_t>(position)]; }
+  [[nodiscard]] Excess excess(int position) const {
+    return before_[static_cast<std::size_t>(position)].excess;
+  }
   /// True when the sums have not paired the digit before `position`: with the next one, they will.
   [[nodiscard]] bool has_open_pair(int position) const {
-    return open_pair_[static_cast<std::size_t>(position)];
+    return before_[static_cast<std::size_t>(position)].open_pair;
   }
   /// Whether the first verdict of a test in Base 256 is Base 256 again. Binary data is planned by it alone.
   [[nodiscard]] bool base256_goes_on(int position) const {
@@ -52,7 +55,7 @@ class LookAhead {
   void make_sums();
   [[nodiscard]] const Counts& sums(int position) const { return sums_[static_cast<std::size_t>(position)]; }
   [[nodiscard]] std::span<const Counts> all_sums() const {
-    return std::span(sums_).first(static_cast<std::size_t>(size_) + 1);
+    return {sums_.get(), static_cast<std::size_t>(size_) + 1};
   }
   [[nodiscard]] int end_of_digits(int position) const;
   Scheme scheme_of(const Decision& decision);
@@ -62,13 +65,15 @@ class LookAhead {
   int size_ = 0;
   int separator_from_ = 0;  // from here to separator_stop_ separator_follows() answers the same
   int separator_stop_ = -1;
-  // Of all characters before a position; not cleared.
-  std::array<Excess, kMaxCharacters + 1> excess_;
-  std::array<bool, kMaxCharacters + 1> open_pair_;
+  /// What all characters before a position come to.
+  struct Before {
+    Excess excess;
+    bool open_pair;
+  };
+  std::unique_ptr<Before[]> before_;  // too large for a stack; not cleared
 
-  bool has_sums_ = false;
-  std::array<Counts, kMaxCharacters + 1> sums_;  // of all characters before a position
-  int far_positions_ = 0;                        // looked at one by one
+  std::unique_ptr<Counts[]> sums_;  // of all characters before a position, once a test went far
+  int far_positions_ = 0;           // looked at one by one
   FarLookAhead far_;
 };
 

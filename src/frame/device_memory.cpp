@@ -99,10 +99,11 @@ struct Korvex_Device {
     const int new_width = grown(wanted_width, capacity_width);
     const int new_height = grown(wanted_height, capacity_height);
     std::vector<Color> grown_pixels;
+    const auto count = static_cast<std::uint64_t>(new_width) * static_cast<std::uint64_t>(new_height);
     try {
-      grown_pixels.assign(static_cast<std::size_t>(new_width) * static_cast<std::size_t>(new_height),
-                          kUnpainted);
-    } catch (const std::exception&) {  // bad_alloc, or length_error beyond the address space
+      if (count > grown_pixels.max_size()) throw std::bad_alloc();  // 32 bits may not even hold the product
+      grown_pixels.assign(static_cast<std::size_t>(count), kUnpainted);
+    } catch (const std::bad_alloc&) {
       failed = true;
       return false;
     }

@@ -14,6 +14,8 @@ Error bad_parameter(std::string message) {
   return {Code::bad_parameter, std::move(message)};
 }
 
+}  // namespace
+
 const char* type_name(SymbolType type) {
   switch (type) {
     case SymbolType::model1:
@@ -29,6 +31,8 @@ const char* type_name(SymbolType type) {
   }
 }
 
+namespace {
+
 const char* what_mode_packs(Mode mode) {
   switch (mode) {
     case Mode::numeric:
@@ -38,6 +42,17 @@ const char* what_mode_packs(Mode mode) {
     default:
       return "Kanji mode packs Shift JIS characters of two bytes (0x8140-0x9FFC, 0xE040-0xEBBF).";
   }
+}
+
+std::optional<Error> find_unlisted(const Options& options) {
+  const auto unlisted = [](const char* what) {
+    return bad_parameter(std::string("The ") + what + " is not one of the list.");
+  };
+  if (options.type > SymbolType::rmqr) return unlisted("symbol type");
+  if (options.level > Level::high) return unlisted("error correction level");
+  if (options.mode && *options.mode > Mode::kanji) return unlisted("mode");
+  if (options.dialect > Dialect::korvex32) return unlisted("dialect");
+  return std::nullopt;
 }
 
 std::optional<Error> find_append_fault(const Options& options) {
@@ -64,14 +79,15 @@ std::optional<Error> find_private_fault(const Options& options) {
                          " cannot carry private data; Model 1, Model 2 and GS1 QR Code can.");
   }
   if (options.private_data->data.empty())
-    return bad_parameter("The private data is empty; it needs a byte or more.");
+    return Error{Code::bad_data, "The private data is empty; it needs a byte or more."};
   return std::nullopt;
 }
 
 }  // namespace
 
 std::optional<Error> find_fault(const Options& options, std::span<const std::uint8_t> data) {
-  if (data.empty()) return bad_parameter("There is no data; a symbol needs a byte or more.");
+  if (auto fault = find_unlisted(options)) return fault;
+  if (data.empty()) return Error{Code::bad_data, "There is no data; a symbol needs a byte or more."};
   const int versions = version_count(options.type);
   if (options.version < 0 || options.version > versions) {
     return bad_parameter("Version " + to_string(options.version) + " is not one of " +

@@ -1,41 +1,23 @@
-#include <algorithm>
+#include "qr/encode.hpp"
+
 #include <climits>
+#include <memory>
 
 #include "qr/checks.hpp"
 #include "qr/encodation.hpp"
 #include "qr/error_correction.hpp"
+#include "qr/faults.hpp"
 #include "qr/masking.hpp"
 
 namespace korvex::qr {
 namespace {
 
-Error no_version_holds(const Options& options, int smallest) {
-  const std::string level = {"LMQH"[static_cast<int>(options.level)]};
-  if (options.version == 0) {
-    return {Code::no_symbol, "No version holds the data at level " + level +
-                                 "; give less data, a lower level or a symbol type that has the level."};
-  }
-  const std::string name = version_name(options.type, options.version);
-  if (smallest == 0) return {Code::no_symbol, "No version holds the data at level " + level + "."};
-  return {Code::no_symbol, "Version " + name + " does not hold the data at level " + level +
-                               "; the smallest that does is " + version_name(options.type, smallest) + "."};
-}
-
 /// Splits `data` into the segments of `stream`.
-std::optional<Error> analyse(const Options& options, std::span<const std::uint8_t> data, Stream& stream) {
+Analysis analyse(const Options& options, std::span<const std::uint8_t> data, Stream& stream) {
   stream.data = data;
-  switch (analyse(options, data, stream.segments)) {
-    case Analysis::too_many_characters:
-      return Error{Code::bad_parameter, "The data has more than " + std::to_string(kMostCharacters) +
-                                            " characters, the most that the encoder takes."};
-    case Analysis::too_many_segments:
-      return Error{Code::bad_parameter, "The data needs more than " + std::to_string(kMostSegments) +
-                                            " segments, the most that the encoder takes."};
-    case Analysis::done:
-      break;
-  }
-  stream.size = stream_size(options, stream.segments.all(), data);
-  return std::nullopt;
+  const Analysis analysis = analyse(options, data, stream.segments);
+  if (analysis == Analysis::done) stream.size = stream_size(options, stream.segments.all(), data);
+  return analysis;
 }
 
 /// The version to draw. One that is asked for must be at least the smallest that holds everything.
@@ -48,32 +30,41 @@ Result<int> choose_version(const Options& options, const Stream& public_stream,
                                                : automatic_versions(options);
   const int smallest = smallest_version(options, range, public_stream.size, private_size);
   if (smallest == 0 || (options.version != 0 && options.version < smallest)) {
-    return no_version_holds(options, smallest);
+    return too_long(options, public_stream.data, smallest);
   }
   // A larger version can have longer count indicators.
   if (options.version > smallest && !holds(options, options.version, public_stream.size, private_size)) {
-    return no_version_holds(options, smallest);
+    return too_long(options, public_stream.data, smallest);
   }
   return options.version == 0 ? smallest : options.version;
 }
 
-Result<Symbol> encode_checked(const Options& options, std::span<const std::uint8_t> data) {
+/// What is worked on between data and symbol, too large for a stack. Nothing of it is cleared.
+struct Work {
   Stream public_stream;
   Stream private_stream;
+  CodewordBuffer data_codewords;
+  CodewordBuffer sequence;
+  Canvas canvas;
+};
+
+Result<Symbol> encode_checked(const Options& options, std::span<const std::uint8_t> data,
+                              Analysis& analysis) {
+  const auto work = std::make_unique_for_overwrite<Work>();
+  auto& [public_stream, private_stream, data_codewords, sequence, canvas] = *work;
   const Stream* const private_or_none = options.private_data ? &private_stream : nullptr;
-  if (auto error = analyse(options, data, public_stream)) return *std::move(error);
-  if (options.private_data) {
-    if (auto error = analyse(options, options.private_data->data, private_stream)) return *std::move(error);
+  analysis = analyse(options, data, public_stream);
+  if (analysis == Analysis::done && options.private_data) {
+    analysis = analyse(options, options.private_data->data, private_stream);
   }
+  if (analysis == Analysis::too_many_characters) return too_long(options, data, 0);
+  if (analysis == Analysis::too_many_segments) return too_many_segments(options);
   const Result<int> version = choose_version(options, public_stream, private_or_none);
   if (!version) return version.error();
 
-  CodewordBuffer data_codewords;
-  CodewordBuffer sequence;
   write_data_codewords(options, *version, public_stream, private_or_none, data_codewords);
   write_sequence(options.type, *version, options.level, data_codewords, sequence);
 
-  Canvas canvas;
   draw_function_patterns(options.type, *version, canvas);
   place_codewords(sequence, canvas);
   MaskedSymbol masked = best_masked(canvas, options.level, options.dialect);
@@ -88,14 +79,15 @@ Result<Symbol> encode_checked(const Options& options, std::span<const std::uint8
 }
 
 /// The rMQR symbol of the fewest modules that holds the data.
-Result<Symbol> smallest_rmqr(Options options, std::span<const std::uint8_t> data) {
+Result<Symbol> smallest_rmqr(Options options, std::span<const std::uint8_t> data, Analysis& analysis) {
   int fewest_modules = INT_MAX;
   std::optional<Result<Symbol>> best;
   for (const int rows : kRmqrRows) {
     options.rmqr_rows = rows;
-    Result<Symbol> symbol = encode_checked(options, data);
+    Result<Symbol> symbol = encode_checked(options, data, analysis);
     const int modules = symbol ? symbol->modules.rows() * symbol->modules.columns() : INT_MAX;
-    if (best && modules >= fewest_modules) continue;
+    // When none holds the data the last one, the highest, says how much it does.
+    if (best && *best && modules >= fewest_modules) continue;
     fewest_modules = modules;
     best = std::move(symbol);
   }
@@ -104,14 +96,19 @@ Result<Symbol> smallest_rmqr(Options options, std::span<const std::uint8_t> data
 
 }  // namespace
 
-Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data) {
+Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data, Analysis& analysis) {
   if (auto fault = find_fault(options, data)) return *std::move(fault);
-  if (options.type != SymbolType::rmqr) return encode_checked(options, data);
-  if (options.rmqr_rows != 0) return encode_checked(options, data);
-  if (options.version == 0) return smallest_rmqr(options, data);
+  if (options.type != SymbolType::rmqr) return encode_checked(options, data, analysis);
+  if (options.rmqr_rows != 0) return encode_checked(options, data, analysis);
+  if (options.version == 0) return smallest_rmqr(options, data, analysis);
   Options with_rows = options;
   with_rows.rmqr_rows = row_count(options.type, options.version);
-  return encode_checked(with_rows, data);
+  return encode_checked(with_rows, data, analysis);
+}
+
+Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data) {
+  Analysis analysis = Analysis::done;
+  return encode(options, data, analysis);
 }
 
 Result<Symbol> encode(const Options& options, std::string_view data) {

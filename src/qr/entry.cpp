@@ -7,6 +7,7 @@
 
 #include "frame/raster.hpp"
 #include "korvex/qr.hpp"
+#include "qr/encode.hpp"
 #include "qr/secret.hpp"
 #include "qr/tables.hpp"
 
@@ -99,18 +100,6 @@ bool read_key(const char (&digits)[16], std::array<std::uint8_t, 8>& key) {
   return true;
 }
 
-/// Options whose key is wiped when they go.
-struct OptionsWithKey {
-  Options options;
-
-  explicit OptionsWithKey(const Options& read) : options(read) {}
-  OptionsWithKey(const OptionsWithKey&) = delete;
-  OptionsWithKey& operator=(const OptionsWithKey&) = delete;
-  ~OptionsWithKey() {
-    if (options.private_data) wipe(&options.private_data->key, sizeof options.private_data->key);
-  }
-};
-
 bool read_private_data(const QR_Params& params, Options& options) {
   PrivateData& data = options.private_data.emplace();
   if (options.type == SymbolType::micro || options.type == SymbolType::rmqr) return false;
@@ -144,7 +133,9 @@ std::int16_t entry(Korvex_Device_Context device, QR_Params* params, Symbol_Size*
   Options& options = with_key.options;
   if (params->private_flag != 0 && !read_private_data(*params, options)) return KORVEX_BAD_PARAMETER;
 
-  const Result<Symbol> symbol = encode(options, data);
+  Analysis analysis = Analysis::done;
+  const Result<Symbol> symbol = encode(options, data, analysis);
+  if (!symbol && analysis != Analysis::done) return KORVEX_BAD_PARAMETER;
   if (!symbol) {
     const auto code = static_cast<std::int16_t>(symbol.error().code);
     if (code == KORVEX_NO_SYMBOL) params->version_used = 0;

@@ -5,6 +5,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "korvex/qr.hpp"
+
 namespace korvex::qr {
 
 /// Overwrites `bytes` bytes. The compiler must take it that somebody reads the zeros, so it cannot drop the
@@ -32,6 +34,18 @@ class Secret {
 
  private:
   T value_;
+};
+
+/// Options whose key is wiped when they go.
+struct OptionsWithKey {
+  Options options;
+
+  explicit OptionsWithKey(const Options& read) : options(read) {}
+  OptionsWithKey(const OptionsWithKey&) = delete;
+  OptionsWithKey& operator=(const OptionsWithKey&) = delete;
+  ~OptionsWithKey() {
+    if (options.private_data) wipe(&options.private_data->key, sizeof options.private_data->key);
+  }
 };
 
 }  // namespace korvex::qr

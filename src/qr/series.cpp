@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "qr/checks.hpp"
+#include "qr/secret.hpp"
 #include "qr/segmentation.hpp"
 
 namespace korvex::qr {
@@ -27,7 +28,8 @@ std::vector<std::size_t> part_ends(std::span<const std::uint8_t> data, std::size
 
 Result<std::vector<Symbol>> encode_parts(const Options& options, std::span<const std::uint8_t> data,
                                          int count) {
-  Options part_options = options;
+  OptionsWithKey with_key(options);
+  Options& part_options = with_key.options;
   part_options.append = StructuredAppend{1, count, append_parity(data)};
   std::vector<Symbol> symbols;
   const auto encode_all = [&]() -> std::optional<Error> {
@@ -68,6 +70,7 @@ Result<std::vector<Symbol>> encode_series(const Options& options, std::span<cons
     return bad_parameter("A series cannot have " + std::to_string(symbols) +
                          " symbols; it has 2 to 16, or 0 for as few as hold the data.");
   }
+  if (auto fault = find_fault(options, data)) return *std::move(fault);
   if (static_cast<std::size_t>(symbols) > data.size()) {
     return bad_parameter("The data of " + std::to_string(data.size()) +
                          (data.size() == 1 ? " byte" : " bytes") + " cannot fill " + std::to_string(symbols) +
@@ -75,8 +78,7 @@ Result<std::vector<Symbol>> encode_series(const Options& options, std::span<cons
   }
   if (symbols != 0) return encode_parts(options, data, symbols);
 
-  // What is left to fail when the options are in order is the length of the data.
-  if (auto fault = find_fault(options, data)) return *std::move(fault);
+  // What is left to fail is the length of the data.
   Result<Symbol> alone = encode(options, data);
   if (alone) return std::vector<Symbol>{std::move(alone).value()};
   for (int count = 2; count < kMostSymbols; ++count) {

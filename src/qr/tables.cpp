@@ -288,6 +288,7 @@ VersionRange rmqr_versions(int rows) {
 }
 
 std::string version_name(SymbolType type, int version) {
+  if (type > SymbolType::rmqr || version < 1 || version > version_count(type)) return {};
   std::string name;
   if (type == SymbolType::rmqr) {
     const RmqrRow& row = rmqr_row(version);

@@ -51,6 +51,7 @@ test('every error is one sentence and an exit status, with nothing drawn', () =>
       [1, /a side has from 1 to 32767/, ...ean, '--module', '1000', '-o', 'x.png'],
       [2, /--version is a whole number from 1 to 40, not "41"/, 'draw', 'qr', '1', '--version', '41', '-o', 'x.png'],
       [2, /There is no rMQR symbol R11x44/, 'draw', 'rmqr', '1', '--version', 'R11x44', '-o', 'x.png'],
+      [1, /holds at most 5596 digits.*; --append splits it over up to 16 symbols/, 'draw', 'qr', '1'.repeat(6000), '-o', 'x.png'],
       [2, /draw micro-qr has no option --append/, 'draw', 'micro-qr', '1', '--append', '-o', 'x.png'],
       [1, /The byte 'a' \(0x61\) at position 3 does not suit/, 'draw', 'qr', '12a', '--mode', 'numeric', '-o', 'x.png'],
       [2, /2 bytes cannot fill 3 symbols/, 'draw', 'qr', 'ab', '--symbols', '3', '-o', 'x.png'],

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <memory>
 #include <random>
 #include <string>
@@ -118,6 +119,12 @@ TEST(Device, PaintsABitmapInTheTextAndBackgroundColours) {
   ASSERT_EQ(raster::paint(picture.get(), symbol, {}), KORVEX_OK);
   EXPECT_EQ(korvex_device_pixel(picture.get(), 0, 0), 0x0000FFU);
   EXPECT_EQ(korvex_device_pixel(picture.get(), 1, 0), 0x00FF00U);
+}
+
+TEST(Device, IsNotMadeForMorePixelsThanAnAddressSpaceHas) {
+  constexpr bool k32Bits = sizeof(void*) == 4;  // where the product of these is as good as 0
+  constexpr int kSide = k32Bits ? 65536 : std::numeric_limits<int>::max();
+  EXPECT_EQ(device(kSide, kSide), nullptr);
 }
 
 TEST(Device, ClipsToAFixedSizeAndKeepsWhatWasThere) {

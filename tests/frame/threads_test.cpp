@@ -1,6 +1,7 @@
 // Every export may be called from any number of threads at once: eight threads make the same calls in
-// different orders, and every answer is the one that a single thread got.
+// different orders, and every answer is the one that a single thread got. The threads' stacks may be small.
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <algorithm>
 #include <array>
@@ -13,8 +14,9 @@
 #include <type_traits>
 #include <vector>
 
-#include "korvex/korvex32.h"
+#include "korvex/korvex.hpp"
 
+namespace korvex {
 namespace {
 
 using Answer = std::string;
@@ -195,4 +197,67 @@ TEST(Threads, EveryAnswerIsTheOneOfASingleThread) {
   EXPECT_EQ(wrong, (std::array<int, kThreads>{}));
 }
 
+// What takes the most stack: the largest symbols, whatever all families have in C++ besides.
+template <class Encode>
+Call encoded(Encode encode) {
+  return [=] { return encode().has_value() ? Answer("0 ") : Answer("refused"); };
+}
+const std::string kBytes(2900, '\xFF');
+const std::string kUndecided = "  " + std::string(1500, '7');  // Data Matrix looks far ahead
+const std::string kMixed = [] {
+  std::string mixed;
+  while (mixed.size() < 900) mixed += "Mixed TEXT, 0123456789 ";
+  return mixed;
+}();
+const std::string kElements = "0109501101530003|10" + std::string(40, 'A');
+const std::vector<Call> kLargeCalls = {
+    linear(9, std::string_view(kMixed).substr(0, 300)),
+    qr(2, std::string_view(kBytes).substr(0, 2300)),
+    pdf417(0, kMixed),
+    datamatrix(0, kUndecided),
+    datamatrix(0, std::string_view(kBytes).substr(0, 1500)),
+    composite(12, kElements),
+    veri(92, 0, kMixed),
+    encoded([] { return linear::encode({}, kMixed.substr(0, 300)); }),
+    encoded([] { return qr::encode({.level = qr::Level::low}, kBytes); }),
+    encoded([] { return qr::encode_series({}, std::span(unsigned_bytes(kMixed), kMixed.size()), 16); }),
+    encoded([] { return pdf417::row_pattern_text({}, kMixed); }),
+    encoded([] { return pdf417::codewords({}, kMixed); }),
+    encoded([] { return datamatrix::encode({}, kUndecided); }),
+    encoded([] { return maxicode::encode({}, "Message"); }),
+    encoded([] { return composite::encode({composite::Symbology::databar_expanded}, kElements); }),
+    encoded([] { return composite::explain({composite::Symbology::gs1_128_cc_c}, kElements); }),
+    encoded([] { return gs1::element_string("(01)09501101530003(10)AB-123"); }),
+    encoded([] { return veri::encode({.correction = veri::Correction::none}, kMixed); }),
+};
+
+// What a build for finding faults adds to a frame is none of the library's business.
+#ifdef NDEBUG
+constexpr std::size_t kStackBytes = 64 * 1024;
+#else
+constexpr std::size_t kStackBytes = 1024 * 1024;
+#endif
+
+TEST(Threads, StacksOf64KilobytesAreEnough) {
+  pthread_attr_t attributes;
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, kStackBytes), 0);
+  for (const auto* calls : {&kCalls, &kLargeCalls}) {
+    for (const Call& call : *calls) {
+      std::pair<const Call&, Answer> task(call, "");
+      const auto run = [](void* argument) -> void* {
+        auto& [made, answer] = *static_cast<decltype(task)*>(argument);
+        answer = made();
+        return nullptr;
+      };
+      pthread_t thread{};
+      ASSERT_EQ(pthread_create(&thread, &attributes, run, &task), 0);
+      pthread_join(thread, nullptr);
+      EXPECT_EQ(task.second.substr(0, 2), "0 ") << "call " << &call - calls->data();
+    }
+  }
+  pthread_attr_destroy(&attributes);
+}
+
 }  // namespace
+}  // namespace korvex

@@ -114,13 +114,15 @@ TEST(QrEncode, FewestModulesOfAllRmqrHeights) {
 }
 
 TEST(QrEncode, ErrorsSayWhatWasWrong) {
+  std::string kanji;  // the first that there is
+  while (kanji.size() < 2 * 1436) kanji += "\x88\x9F";
   const struct {
     Options options;
     std::string data;
     Code code;
     const char* part;
   } cases[] = {
-      {{}, "", Code::bad_parameter, "no data"},
+      {{}, "", Code::bad_data, "no data"},
       {{.version = 41}, "1", Code::bad_parameter, "Version 41 is not one of QR Code; there are 1 to 40"},
       {{.type = SymbolType::micro, .version = 5},
        "1",
@@ -137,14 +139,35 @@ TEST(QrEncode, ErrorsSayWhatWasWrong) {
        Code::bad_parameter,
        "Micro QR has no"},
       {{.type = SymbolType::gs1, .mode = Mode::byte}, "1", Code::gs1_fixed_mode, "fixed mode"},
-      {{.private_data = PrivateData{}}, "1", Code::bad_parameter, "private data is empty; it needs"},
+      {{.private_data = PrivateData{}}, "1", Code::bad_data, "private data is empty; it needs"},
       {{.mode = Mode::numeric}, "12a", Code::bad_data, "byte 'a' (0x61) at position 3"},
       {{.version = 1},
        std::string(100, 'a'),
        Code::no_symbol,
-       "Version 1 does not hold the data at level M; the smallest that does is 6"},
+       "version 1 of QR Code at level M, which holds at most 34 digits, 20 capitals and digits, 14 bytes or "
+       "8 "
+       "Kanji; the smallest version that holds it is 6."},
       {{}, std::string(3000, 'a'), Code::no_symbol, "level M"},
-      {{}, std::string(7367, '1'), Code::bad_parameter, "7366 characters"},
+      // Capacities of ISO/IEC 18004:2015, Table 7, and ISO/IEC 23941:2022, Table 6. A Kanji is one character.
+      {{}, kanji, Code::no_symbol, "of 1436 characters"},
+      {{},
+       std::string(7367, '1'),
+       Code::no_symbol,
+       "5596 digits, 3391 capitals and digits, 2331 bytes or 1435 Kanji; structured append"},
+      {{.type = SymbolType::micro, .level = Level::low, .version = 1},
+       "123456",
+       Code::no_symbol,
+       "at most 5 digits;"},
+      {{.type = SymbolType::rmqr},
+       std::string(362, '1'),
+       Code::no_symbol,
+       "361 digits, 219 capitals and digits, 150 bytes or 92 Kanji."},
+      {{.type = SymbolType::rmqr, .level = Level::low}, "1", Code::no_symbol, "no level L in rMQR"},
+      {{.mode = Mode::numeric, .append = StructuredAppend{2, 3, 0}},
+       std::string(5600, '1'),
+       Code::no_symbol,
+       "for symbol 2 of 3 does not fit QR Code at level M, which holds at most 5590 digits."},
+
   };
   for (const auto& [options, data, code, part] : cases) {
     const Result<Symbol> symbol = encode(options, data);
