@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
-#include <span>
+#include <limits>
 
 #include "qr/format_information.hpp"
 #include "qr/lanes.hpp"
@@ -178,11 +178,13 @@ int least_penalty(const MaskedSymbols<Word, kWords>& symbols, int side) {
 template <class Word, int kWords>
 int least_penalty_of_three(const MaskedSymbols<Word, kWords>& symbols, int side) {
   const std::array<int, 8> squares = symbols.squares();
-  std::array<int, 8> ranked{0, 1, 2, 3, 4, 5, 6, 7};
-  std::ranges::stable_sort(ranked, {}, [&](int mask) { return squares[static_cast<std::size_t>(mask)]; });
   MaskedGrid<Word, kWords> grid(side);
   Score best{-1, 0};
-  for (const int mask : std::span(ranked).first(3)) {
+  std::array<int, 8> left = squares;
+  for (int judged = 0; judged < 3; ++judged) {
+    const auto fewest = std::ranges::min_element(left);  // the lower number among equals
+    *fewest = std::numeric_limits<int>::max();
+    const int mask = static_cast<int>(fewest - left.begin());
     symbols.copy_to(grid, mask);
     const auto counts = grid.template counts<FinderRule::korvex32>();
     const int penalty = 3 * squares[static_cast<std::size_t>(mask)] + counts.runs + 40 * counts.finder_likes +

@@ -51,8 +51,8 @@ TEST(Errors, OfComposite) {
       {of(databar_expanded,
           "0109501101530003"
           "10" +
-              std::string(60, 'a')),
-       bad_data, "at most 74 digits, or 41"},
+              std::string(54, 'a')),
+       no_symbol, "72 characters needs more than the 21 data characters"},
       {of(databar, "0950110153000|10\x7F"), bad_data, "The 2D component cannot hold"},
       {of(databar, "0950110153000|17A61231"), bad_data, "is no digit"},
       {of(gs1_128, std::string(3000, '1')), bad_data, "3000 bytes; at most 2436"},

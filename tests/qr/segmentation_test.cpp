@@ -54,6 +54,20 @@ TEST(QrSegmentation, MergesRunsWhereThatSavesBits) {
     EXPECT_EQ(split({}, bytes(data)), segments) << data << ": " << why;
 }
 
+TEST(QrSegmentation, CountsPercentAsGs1WritesIt) {
+  // In alphanumeric mode the separator is "%", 5.5 bits; a "%" of the data is two of them, 11 bits against 8
+  // in byte mode.
+  const Options gs1{.type = SymbolType::gs1};
+  EXPECT_EQ(split(gs1, bytes("10LOTABCDEF\x1D"
+                             "21SNABCDEF")),
+            "A22");
+  EXPECT_EQ(split({}, bytes("10LOTABCDEF\x1D"
+                            "21SNABCDEF")),
+            "A11 B1 A10");
+  EXPECT_EQ(split(gs1, bytes("ab%%%%%%%%%%%%")), "B14");
+  EXPECT_EQ(split({}, bytes("ab%%%%%%%%%%%%")), "B2 A12");
+}
+
 TEST(QrSegmentation, TellsKanjiFromBytes) {
   const struct {
     const char* data;
