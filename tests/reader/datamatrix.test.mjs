@@ -41,6 +41,29 @@ test('every size, filled to the last codeword and with pads', async () => {
   }
 });
 
+test('the smallest size of its shape, up to the last digit that it holds', async () => {
+  const random = new Random(3);
+  for (const shape of [sizes.filter(([rows, columns]) => rows === columns), sizes.filter(([rows, columns]) => rows !== columns)]) {
+    const options = shape[0][0] === shape[0][1] ? [] : ['--rect'];
+    for (const [i, [rows, columns, codewords]] of shape.entries()) {
+      await check(random.string(alphabets.digits, 2 * codewords), options, `${rows}x${columns}`);
+      if (i > 0) await check(random.string(alphabets.digits, 2 * shape[i - 1][2] + 1), options, `${rows}x${columns}`);
+    }
+  }
+});
+
+test('every byte among capitals, among small letters and between stops', async () => {
+  const random = new Random(4);
+  for (let byte = 0; byte < 256; ++byte) {
+    const character = String.fromCharCode(byte);
+    for (const around of [alphabets.C40.slice(0, 26), alphabets.Text.slice(0, 26)]) {
+      await check(random.string(around, 9) + character + random.string(around, 6 + (byte % 3)));
+    }
+    // EDIFACT's, and whatever leads out of it.
+    if (byte >= 32) await check(`.=.=${character}.=.=${character}${'.='.repeat(byte % 3)}`);
+  }
+});
+
 for (const [scheme, alphabet] of Object.entries(alphabets)) {
   test(`messages of ${scheme} characters of every length that ends a symbol another way`, async () => {
     const random = new Random(scheme.length);

@@ -6,13 +6,14 @@ import { bytesOf, Random, readBack } from './reader.mjs';
 const digits = '0123456789';
 const capitals = 'ABCDEFGHIJKLMNOPQRSTUVWXYZ';
 const range = (first, last) => Array.from({ length: last - first + 1 }, (_, i) => String.fromCharCode(first + i)).join('');
-// A few characters of each code set that stand in no other one.
+const characters = (...codes) => codes.map((code) => (typeof code === 'number' ? String.fromCharCode(code) : code)).join('');
+// The characters of each code set that stand in no set before it, from ISO/IEC 16023's table as printed: all 256.
 const codeSets = {
-  A: `${capitals}${digits} "#$%&'()*+,-./:`,
-  B: 'abcdefghijklmnopqrstuvwxyz;<=>?[\\]^_!@|`{}~',
-  C: range(0xc0, 0xdb),
-  D: range(0xe0, 0xfb),
-  E: range(1, 12) + range(14, 26),
+  A: `\r${capitals}${characters(28, 29, 30)} "#$%&'()*+,-./${digits}:`,
+  B: '`abcdefghijklmnopqrstuvwxyz{}~\x7f;<=>?[\\]^_@!|',
+  C: range(0xc0, 0xdf) + '\xaa\xac\xb1\xb2\xb3\xb5\xb9\xba\xbc\xbd\xbe' + range(0x80, 0x89),
+  D: range(0xe0, 0xff) + '\xa1\xa8\xab\xaf\xb0\xb4\xb7\xb8\xbb\xbf' + range(0x8a, 0x94),
+  E: range(0, 12) + range(14, 27) + '\x1f\x9f\xa0\xa2\xa3\xa4\xa5\xa6\xa7\xa9\xad\xae\xb6' + range(0x95, 0x9e),
 };
 
 async function check(data, options = [], mode = '4') {
@@ -22,13 +23,16 @@ async function check(data, options = [], mode = '4') {
   return result;
 }
 
-test('all code sets, alone and mixed', async () => {
+test('all characters of all code sets, shifted and latched, and mixed', async () => {
   const random = new Random(1);
-  for (const alphabet of Object.values(codeSets)) {
+  const all = Object.values(codeSets);
+  assert.equal(new Set(all.join('')).size, 256);
+  for (const alphabet of all) {
+    await check(alphabet);
+    for (let at = 0; at < alphabet.length; at += 20) await check([...alphabet.slice(at, at + 20)].join('A'));
     for (const length of [1, 2, 3, 4, 5, 9, 40]) await check(random.string(alphabet, length));
   }
-  const all = Object.values(codeSets);
-  for (let round = 0; round < 60; ++round) {
+  for (let round = 0; round < 120; ++round) {
     let data = '';
     while (data.length < 25) data += random.string(all[random.below(all.length)], 1 + random.below(7));
     await check(data, round % 2 ? ['--mode', '6'] : [], round % 2 ? '6' : '4');
@@ -42,12 +46,14 @@ test('runs of digits, and symbols full to the last codeword', async () => {
     await check(around + random.string(digits, length) + around);
   }
   await check(random.string(digits, 138));
-  await check(random.string(capitals, 93));
+  for (let length = 1; length <= 93; ++length) await check(random.string(capitals, length));
   for (const set of 'CDE') await check(random.string(codeSets[set], 91));
 });
 
 test('structured carrier messages', async () => {
-  for (const [code, mode, expected] of [['152382802', '2', '152382802'], ['1', '2', '1'], ['B1050A', '3', 'B1050A']]) {
+  for (const [code, mode, expected] of [
+    ['152382802', '2', '152382802'], ['1', '2', '1'], ['12345', '2', '123450000'], ['B1050A', '3', 'B1050A'], ['W1 2', '3', 'W1 2  '],
+  ]) {
     const options = ['--postal-code', code, '--country', '840', '--service', '7'];
     const result = await readBack('maxicode', 'MESSAGE 1', 'MaxiCode', options);
     assert.equal(bytesOf(result), `${expected}\x1d840\x1d007\x1dMESSAGE 1`);

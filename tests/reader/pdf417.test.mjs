@@ -40,9 +40,11 @@ test('all nine levels, and the columns and rows that there are', async () => {
       await check(name, mixture(random, 20 + random.below(180)), ['--level', `${level}`]);
     }
   }
-  for (let columns = 1; columns <= 30; ++columns) {
-    await check('pdf417', mixture(random, 40), ['--columns', `${columns}`]);
-    await check('pdf417-truncated', mixture(random, 40), ['--columns', `${columns}`]);
+  // Rows in threes tell of rows, of level and rest, of columns: every number of each.
+  for (let rows = 3; rows <= 90; ++rows) {
+    const columns = Math.min(1 + ((rows * 7) % 30), Math.floor(928 / rows));
+    const data = random.string(alphabets[0], Math.min(100, rows * columns - 5));
+    await check(rows % 2 ? 'pdf417' : 'pdf417-truncated', data, ['--columns', `${columns}`, '--rows', `${rows}`, '--level', '1']);
   }
 });
 
@@ -73,5 +75,19 @@ test('all sizes of MicroPDF417, full and with pads', async () => {
     const bytes = Math.floor((codewords - 1) / 5) * 6 + ((codewords - 1) % 5);
     await check('micropdf417', random.string('\x80\x90\xa0\xff', bytes), size);
     await check('micropdf417', mixture(random, 1 + Math.floor(codewords / 4)), size);
+    // Digits and text with one pad, and the smallest size for this and for one byte more.
+    await check('micropdf417', random.string(alphabets[0], 2 * (codewords - 2)), size);
+    const free = ['--columns', `${columns}`, '--row-height', '4'];
+    await check('micropdf417', random.string('\x80\x90\xa0\xff', bytes), free);
+    if (rows !== [28, 26, 44, 44][columns - 1]) await check('micropdf417', random.string('\x80\x90\xa0\xff', bytes + 1), free);
+  }
+});
+
+test('every length of digits, text and bytes in MicroPDF417', async () => {
+  const random = new Random(5);
+  for (let length = 1; length <= 60; ++length) {
+    for (const alphabet of [alphabets[2], alphabets[length % 2 ? 3 : 4], alphabets[5]]) {
+      await check('micropdf417', random.string(alphabet, length), ['--row-height', '4']);
+    }
   }
 });
