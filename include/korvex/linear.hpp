@@ -116,9 +116,9 @@ struct Symbol {
 /// Encodes `data`, at most 512 bytes, as one linear symbol of at most 501 symbol characters (start and check
 /// characters included) and 5984 modules, without quiet zones.
 ///
-/// Errors: bad_data for a character or a length that the symbology does not allow, no data at all, a supplied
-/// check digit that is wrong (EAN/UPC, SSCC-18) or data too long to hold; bad_parameter for options out of
-/// range or that the symbology does not offer.
+/// Errors: bad_data for a character or a length that the symbology does not allow, no data at all, or a supplied
+/// check digit that is wrong (EAN/UPC, SSCC-18); no_symbol for data too long to hold; bad_parameter for options
+/// out of range or that the symbology does not offer.
 ///
 /// Dialect::korvex32 draws what Korvex_Bit draws:
 /// - MSI has a gap between its characters, and with the ratio 5:2 its and Code 11's are two modules wide;
@@ -133,7 +133,8 @@ struct Symbol {
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 
-/// Light modules that the symbology's standard asks for left and right of the symbol.
+/// Light modules that the symbology's standard asks for left and right of the symbol. Widths that encode()
+/// refuses count as the nearest that it takes.
 struct QuietZones {
   int left = 10;
   int right = 10;

@@ -56,15 +56,15 @@ struct Symbol {
 /// - a latch, codeword 63, stands in front of the pads; where the message ends in set B it leads to set A;
 /// - "!" is codeword 33 of code set B, which readers take for a pad;
 /// - byte 31 stands as it is in sets A to D, where it announces nine digits;
-/// - five digits of the United States stay five.
-/// MAXI_Encode itself takes more than encode() does: any text for a postal code of digits (its leading
-/// number, and as length that of the text, modulo 64), any six characters in the other mode, and positions
-/// beyond `total`.
+/// - five digits of the United States stay five;
+/// - postal codes are not looked at but for the six characters of mode 3: in mode 2 the number at their start
+///   counts, modulo 2^30, and their length, modulo 64;
+/// - a position may be beyond `total`, up to 8.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> message);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view message);
 
 /// The symbol as pixels, 200 rows of 224, seven pixels from module to module: what MAXI_Encode paints,
-/// bull's-eye included.
+/// bull's-eye included. Of a matrix of another size than Symbol::modules, what lies inside that size counts.
 [[nodiscard]] KORVEX_API ModuleMatrix raster(const ModuleMatrix& modules);
 
 }  // namespace korvex::maxicode

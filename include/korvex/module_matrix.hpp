@@ -3,7 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
+#include <stdexcept>
 #include <vector>
 
 namespace korvex {
@@ -15,12 +17,12 @@ namespace korvex {
 class ModuleMatrix {
  public:
   ModuleMatrix() = default;
-  /// All light. Both counts are at least 0.
+  /// All light. Both counts are at least 0. Throws std::length_error for more modules than memory can have.
   ModuleMatrix(int rows, int columns)
       : rows_(rows),
         columns_(columns),
-        words_per_row_((columns + 63) / 64),
-        words_(static_cast<std::size_t>(rows) * static_cast<std::size_t>(words_per_row_)) {}
+        words_per_row_(columns / 64 + (columns % 64 != 0 ? 1 : 0)),
+        words_(word_count(rows, columns)) {}
 
   [[nodiscard]] int rows() const { return rows_; }
   [[nodiscard]] int columns() const { return columns_; }
@@ -47,6 +49,14 @@ class ModuleMatrix {
   friend bool operator==(const ModuleMatrix&, const ModuleMatrix&) = default;
 
  private:
+  /// The product, which 32 bits may not hold.
+  static std::size_t word_count(int rows, int columns) {
+    const std::int64_t count = std::int64_t{rows} * ((std::int64_t{columns} + 63) / 64);
+    if (rows < 0 || columns < 0 || count > std::numeric_limits<std::ptrdiff_t>::max() / 8) {
+      throw std::length_error("korvex::ModuleMatrix: more modules than memory can have");
+    }
+    return static_cast<std::size_t>(count);
+  }
   [[nodiscard]] std::size_t word_index(int row, int column) const {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(words_per_row_) +
            static_cast<std::size_t>(column / 64);

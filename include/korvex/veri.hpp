@@ -34,12 +34,12 @@ struct Symbol {
 };
 
 /// Data bytes that a symbol of `size` modules a side holds; negative when it does not even hold the check
-/// value.
+/// value, or there is no such size or correction.
 [[nodiscard]] KORVEX_API int capacity_bytes(int size, Correction correction);
 
 /// Encodes `data` as one symbol. A reader gets the data followed by the zero bytes that fill the symbol.
 ///
-/// Errors: bad_parameter for a size out of range; no_symbol when the data does not fit into the size asked
+/// Errors: bad_parameter for a size or a correction that there is not; no_symbol when the data does not fit into the size asked
 /// for, or into the largest.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);

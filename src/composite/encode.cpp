@@ -21,6 +21,7 @@ Error parameter(std::string message) {
 
 std::optional<Error> check_options(const Options& options) {
   if (options.symbology > Symbology::gs1_128_cc_c) return parameter("The symbology is not one of the list.");
+  if (options.dialect > Dialect::korvex32) return parameter("The dialect is not one of the list.");
   if (options.linear_height < 1 || options.linear_height > kMostLinearHeight) {
     return parameter("A linear component of " + std::to_string(options.linear_height) +
                      " modules in height is out of range; 1 to 32767 are allowed.");
@@ -75,6 +76,9 @@ Result<std::string> plain_text(const Options& options, std::string_view data) {
 
 Result<Symbol> encode_with_details(const Options& options, std::string_view data, Details* details) {
   if (std::optional<Error> error = check_options(options)) return *std::move(error);
+  if (options.dialect == Dialect::standard && (data.empty() || data.front() == '|')) {
+    return Error{Code::bad_data, "There is no data for the linear component; it needs at least a character."};
+  }
   std::string plain;
   if (options.dialect == Dialect::standard && data.find('(') != std::string_view::npos) {
     Result<std::string> text = plain_text(options, data);
@@ -83,8 +87,8 @@ Result<Symbol> encode_with_details(const Options& options, std::string_view data
     data = plain;
   }
   if (data.size() > static_cast<std::size_t>(kMaxTextBytes)) {
-    return Error{Code::bad_data, "The data has " + std::to_string(data.size()) + " bytes; at most " +
-                                     std::to_string(kMaxTextBytes) + " are allowed."};
+    return Error{Code::no_symbol, "The data has " + std::to_string(data.size()) + " bytes; at most " +
+                                      std::to_string(kMaxTextBytes) + " are allowed."};
   }
   Request request{.symbology = options.symbology,
                   .dialect = options.dialect,

@@ -125,6 +125,8 @@ Code code_of(Reason reason) {
     case Reason::few_segments_for_2d:
     case Reason::odd_segments:
       return Code::bad_parameter;
+    case Reason::linear_too_long:
+    case Reason::expanded_too_long:
     case Reason::expanded_too_many_bits:
     case Reason::gs1_128_too_long:
     case Reason::linear_too_narrow:

@@ -66,9 +66,11 @@ Fault draw(const Options& options, std::span<const std::uint8_t> data, Drawing& 
 }
 
 Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data) {
+  if (options.shape > Shape::rectangle)
+    return Error{Code::bad_parameter, "The shape is not one of the list."};
   if (data.size() > static_cast<std::size_t>(kMaxDataBytes)) {
-    return Error{Code::bad_parameter, "The data has " + std::to_string(data.size()) + " bytes; at most " +
-                                          std::to_string(kMaxDataBytes) + " are allowed."};
+    return Error{Code::no_symbol, "The data has " + std::to_string(data.size()) + " bytes; at most " +
+                                      std::to_string(kMaxDataBytes) + " are allowed."};
   }
   Drawing drawing;
   if (const Fault fault = draw(options, data, drawing)) return describe(fault, options, data.size());

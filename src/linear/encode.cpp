@@ -64,6 +64,7 @@ Error parameter(std::string message) {
 Error check_options(const Options& options) {
   if (options.symbology > Symbology::code93) return parameter("The symbology is not one of the list.");
   if (options.ratio > Ratio::five_to_two) return parameter("The ratio is not one of the list.");
+  if (options.dialect > Dialect::korvex32) return parameter("The dialect is not one of the list.");
   if (options.widths) {
     const ElementWidths& widths = *options.widths;
     for (const int width : {widths.narrow_space, widths.narrow_bar, widths.wide_space, widths.wide_bar}) {
@@ -101,8 +102,8 @@ ModuleRow module_row(const Bars& bars) {
 Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data) {
   if (Error error = check_options(options); !error.message.empty()) return error;
   if (data.size() > static_cast<std::size_t>(kMaxDataBytes)) {
-    return Error{Code::bad_data, "The data has " + std::to_string(data.size()) + " bytes; at most " +
-                                     std::to_string(kMaxDataBytes) + " are allowed."};
+    return Error{Code::no_symbol, "The data has " + std::to_string(data.size()) + " bytes; at most " +
+                                      std::to_string(kMaxDataBytes) + " are allowed."};
   }
 
   ExplicitWidths widths;
@@ -160,6 +161,7 @@ QuietZones quiet_zones(const Options& options) {
   if (has_two_widths(options.symbology)) {
     if (options.widths) {
       narrow = std::max(options.widths->narrow_bar, options.widths->narrow_space);
+      narrow = std::clamp(narrow, 1, kMaxElementModules);
     } else if (options.ratio == Ratio::five_to_two) {
       narrow = 2;
     }

@@ -136,7 +136,9 @@ Code code_of(Reason reason) {
 }
 
 Error describe(const Fault& fault, const Request& request) {
-  return {code_of(fault.reason), sentence(fault, request)};
+  const bool too_long = fault.reason == Reason::too_many_characters ||
+                        fault.reason == Reason::too_many_modules || fault.reason == Reason::segments_too_long;
+  return {too_long ? Code::no_symbol : code_of(fault.reason), sentence(fault, request)};
 }
 
 }  // namespace korvex::linear

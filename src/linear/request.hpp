@@ -124,7 +124,7 @@ Fault draw(const Request& request, Drawing& drawing);
 
 /// The sentence for `fault`, with its code.
 Error describe(const Fault& fault, const Request& request);
-/// The code alone.
+/// The code that Korvex_Bit has for it: its own for all data, also where it is too long.
 Code code_of(Reason reason);
 
 }  // namespace korvex::linear

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <charconv>
 #include <optional>
 #include <string>
 
@@ -33,15 +32,18 @@ bool is_digit(char character) {
 
 std::optional<Error> check_postal_code(const Options& options) {
   const std::string_view code = options.postal_code;
+  const bool any = options.dialect == Dialect::korvex32;
   if (options.mode == Mode::carrier_numeric) {
+    if (any) return std::nullopt;
     if (!code.empty() && code.size() <= 9 && std::ranges::all_of(code, is_digit)) return std::nullopt;
     return bad(Code::bad_data, "The postal code is " + quoted(code) + "; mode 2 takes one of 1 to 9 digits.");
   }
   const auto allowed = [](char character) {
     return is_digit(character) || (character >= 'A' && character <= 'Z') || character == ' ';
   };
-  if (!code.empty() && code.size() <= kPostalCharacters && std::ranges::all_of(code, allowed))
-    return std::nullopt;
+  const bool fits = any ? code.size() == kPostalCharacters
+                        : !code.empty() && code.size() <= kPostalCharacters && std::ranges::all_of(code, allowed);
+  if (fits) return std::nullopt;
   return bad(Code::bad_data,
              "The postal code is " + quoted(code) +
                  "; mode 3 takes one of 1 to 6 characters: capital letters, digits and spaces.");
@@ -53,9 +55,12 @@ std::optional<Error> check(const Options& options) {
     return bad(Code::bad_parameter, "The mode is " + std::to_string(static_cast<int>(options.mode)) +
                                         "; there are 2, 3, 4 and 6.");
   }
+  if (options.dialect > Dialect::korvex32) {
+    return bad(Code::bad_parameter, "The dialect is not one of the list.");
+  }
   if (auto error = out_of_range("The number of symbols", options.total, 1, 8)) return error;
-  if (auto error = out_of_range("The position in the series", options.position, 1, options.total))
-    return error;
+  const int last = options.dialect == Dialect::korvex32 ? 8 : options.total;
+  if (auto error = out_of_range("The position in the series", options.position, 1, last)) return error;
   if (carrier) {
     if (auto error = out_of_range("The country code", options.country_code, 1, 999)) return error;
     if (auto error = out_of_range("The class of service", options.service_class, 1, 999)) return error;
@@ -79,8 +84,8 @@ Request request_of(const Options& options, std::span<const std::uint8_t> message
   if (zip_alone && options.dialect == Dialect::standard) code += kNoPlusFour;
   request.postal_characters.fill(' ');
   std::copy_n(code.begin(), std::min(code.size(), kPostalCharacters), request.postal_characters.begin());
-  request.postal_length = static_cast<int>(code.size());
-  std::from_chars(code.data(), code.data() + code.size(), request.postal_number);
+  request.postal_length = static_cast<int>(code.size() & 63);
+  request.postal_number = leading_number(code);
   return request;
 }
 

@@ -21,21 +21,6 @@ std::span<const std::uint8_t> bytes_of(const char* text) {
   return {reinterpret_cast<const std::uint8_t*>(characters.data()), characters.size()};
 }
 
-/// The decimal number at the start of a text, white space and a sign before it allowed, modulo 2^32.
-std::uint32_t leading_number(std::string_view text) {
-  const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
-  if (start == std::string_view::npos) return 0;
-  text.remove_prefix(start);
-  const bool negative = text.front() == '-';
-  if (negative || text.front() == '+') text.remove_prefix(1);
-  std::uint32_t number = 0;
-  for (const char digit : text) {
-    if (digit < '0' || digit > '9') break;
-    number = number * 10 + static_cast<std::uint32_t>(digit - '0');
-  }
-  return negative ? 0U - number : number;
-}
-
 bool carrier_fields_in_range(const MAXI_Params& params) {
   return in_range(params.service_class, 1, 999) && in_range(params.country_code, 1, 999);
 }

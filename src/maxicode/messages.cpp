@@ -1,5 +1,6 @@
 // Primary and secondary message, ISO/IEC 16023, 4.2 and annex B.
 #include <algorithm>
+#include <string_view>
 
 #include "maxicode/request.hpp"
 
@@ -47,6 +48,20 @@ Primary alphanumeric_carrier(const Request& request) {
 }
 
 }  // namespace
+
+std::uint32_t leading_number(std::string_view text) {
+  const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
+  if (start == std::string_view::npos) return 0;
+  text.remove_prefix(start);
+  const bool negative = text.front() == '-';
+  if (negative || text.front() == '+') text.remove_prefix(1);
+  std::uint32_t number = 0;
+  for (const char digit : text) {
+    if (digit < '0' || digit > '9') break;
+    number = number * 10 + static_cast<std::uint32_t>(digit - '0');
+  }
+  return negative ? 0U - number : number;
+}
 
 AllCodewords data_codewords(const Request& request, const Codewords& message) {
   std::array<std::uint8_t, kMaxMessage> filled;

@@ -1,4 +1,5 @@
 // Modules to pixels: hexagons seven pixels apart, and the bull's-eye over them.
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -77,8 +78,8 @@ void draw_hexagon(Pixels& pixels, int row, int column) {
 Pixels pixels_of(const ModuleMatrix& modules) {
   Pixels pixels{};
   draw_bulls_eye(pixels);
-  for (int row = 0; row < kRows; ++row) {
-    for (int column = 0; column < kColumns; ++column) {
+  for (int row = 0; row < std::min(modules.rows(), kRows); ++row) {
+    for (int column = 0; column < std::min(modules.columns(), kColumns); ++column) {
       if (modules.dark(row, column)) draw_hexagon(pixels, row, column);
     }
   }

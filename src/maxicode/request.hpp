@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 #include "korvex/maxicode.hpp"
 
@@ -82,6 +83,10 @@ using AllCodewords = std::array<std::uint8_t, kCodewords>;
 /// encodation.cpp: appends the codewords of `message`, from code set A on, until it ends or they overflow.
 /// Returns the pads that a reader takes for such, in the code set that it is left in.
 Pads append_message(std::span<const std::uint8_t> message, Dialect dialect, Codewords& codewords);
+
+/// messages.cpp: the decimal number at the start of a postal code, white space and a sign before it allowed,
+/// modulo 2^32.
+std::uint32_t leading_number(std::string_view text);
 
 /// messages.cpp: primary and secondary data in their places; check codewords 0. Requires codewords that fit.
 AllCodewords data_codewords(const Request& request, const Codewords& message);

@@ -15,6 +15,10 @@ Error too_long(std::size_t given, int size, Correction correction) {
                                               " holds at most " + std::to_string(capacity) + "."};
 }
 
+bool is_listed(Correction correction) {
+  return correction == Correction::none || correction == Correction::two || correction == Correction::four;
+}
+
 bool holds(int size, Correction correction, std::size_t bytes) {
   const int capacity = capacity_bytes(size, correction);
   return capacity >= 0 && bytes <= static_cast<std::size_t>(capacity);
@@ -23,6 +27,7 @@ bool holds(int size, Correction correction, std::size_t bytes) {
 }  // namespace
 
 int capacity_bytes(int size, Correction correction) {
+  if (size < kMinSize || size > kMaxSize || !is_listed(correction)) return -kCheckValueBytes;
   const int interior = size - 2 * kBorderModules;
   const int interior_bytes = interior * interior / 8;
   const int check_bytes = static_cast<int>(correction);
@@ -38,6 +43,11 @@ ModuleMatrix draw(const Request& request) {
 }
 
 Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data) {
+  if (!is_listed(options.correction)) {
+    return Error{Code::bad_parameter, "The correction is " +
+                                          std::to_string(static_cast<int>(options.correction)) +
+                                          " check bytes a block; there are 0, 2 and 4."};
+  }
   int size = options.size;
   if (size == 0) {
     size = kMinSize;

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <limits>
+#include <stdexcept>
 #include <string>
 
 #include "korvex/korvex.hpp"
@@ -55,7 +57,10 @@ TEST(Errors, OfComposite) {
        no_symbol, "72 characters needs more than the 21 data characters"},
       {of(databar, "0950110153000|10\x7F"), bad_data, "The 2D component cannot hold"},
       {of(databar, "0950110153000|17A61231"), bad_data, "is no digit"},
-      {of(gs1_128, std::string(3000, '1')), bad_data, "3000 bytes; at most 2436"},
+      {of(gs1_128, std::string(3000, '1')), no_symbol, "3000 bytes; at most 2436"},
+      {of(gs1_128, std::string(49, '1')), no_symbol, "at most 48 characters"},
+      {of(databar, ""), bad_data, "no data"},
+      {of(ean13, "|10A"), bad_data, "no data"},
       {of(databar, "0950110153000|90" + std::string(600, 'A')), no_symbol, "2D component"},
   });
 }
@@ -75,13 +80,13 @@ TEST(Errors, OfTheOtherFamilies) {
   std::string alternating;  // a run of its own for every character
   for (int i = 0; i < 400; ++i) alternating += i % 2 == 0 ? "12345678901234" : "abcdefghij";
   check({
-      {linear({.symbology = linear::Symbology::code39}, std::string(513, '1')), bad_data,
+      {linear({.symbology = linear::Symbology::code39}, std::string(513, '1')), no_symbol,
        "513 bytes; at most 512"},
       {linear({.symbology = linear::Symbology::code128_segments, .segments = 2}, "B02B02abcd"), bad_data,
        "neighbours must differ"},
       {linear({.symbology = linear::Symbology::code128_segments, .segments = 2},
               "B20A20" + std::string(40, 'A')),
-       bad_data, "add up to 40; at most 30"},
+       no_symbol, "add up to 40; at most 30"},
       {linear({.symbology = linear::Symbology::code128_segments, .segments = 2}, "B02A05abAB"), bad_data,
        "ends inside segment 2"},
       {linear({.symbology = linear::Symbology::code39,
@@ -89,7 +94,7 @@ TEST(Errors, OfTheOtherFamilies) {
                    linear::ElementWidths{
                        .narrow_space = 99, .narrow_bar = 99, .wide_space = 99, .wide_bar = 99}},
               "0123456789"),
-       bad_data, "too wide; at most 5984 modules"},
+       no_symbol, "too wide; at most 5984 modules"},
       {qr({.type = qr::SymbolType::micro, .level = qr::Level::low, .private_data = secret}, "1"),
        bad_parameter, "Micro QR cannot carry private data"},
       {qr({.type = qr::SymbolType::rmqr, .append = qr::StructuredAppend{1, 2, 0}}, "1"), bad_parameter,
@@ -100,6 +105,79 @@ TEST(Errors, OfTheOtherFamilies) {
       {pdf417({.kind = pdf417::Kind::micro, .rows = 5}), bad_parameter, "does not have 5 rows"},
       {pdf417({.kind = pdf417::Kind::micro, .columns = 1, .rows = 44}), bad_parameter, "44"},
   });
+}
+
+template <class Enumeration>
+constexpr Enumeration unlisted() {
+  return static_cast<Enumeration>(99);
+}
+
+// Enumerations can hold any number.
+TEST(Errors, OfValuesThatNoListHas) {
+  using enum Code;
+  const auto of = [](const auto& options) {
+    return [=] { return error_of(encode(options, std::string_view("1234567"))); };
+  };
+  const auto dialect = unlisted<Dialect>();
+  check({
+      {of(linear::Options{.symbology = unlisted<linear::Symbology>()}), bad_parameter, "symbology"},
+      {of(linear::Options{.dialect = dialect}), bad_parameter, "dialect"},
+      {of(linear::Options{.ratio = unlisted<linear::Ratio>()}), bad_parameter, "ratio"},
+      {of(linear::Options{.symbology = linear::Symbology::msi, .check = unlisted<linear::CheckCharacters>()}),
+       bad_parameter, "check"},
+      {of(qr::Options{.type = unlisted<qr::SymbolType>()}), bad_parameter, "symbol type"},
+      {of(qr::Options{.level = unlisted<qr::Level>()}), bad_parameter, "level"},
+      {of(qr::Options{.mode = unlisted<qr::Mode>()}), bad_parameter, "mode"},
+      {of(qr::Options{.dialect = dialect}), bad_parameter, "dialect"},
+      {of(pdf417::Options{.kind = unlisted<pdf417::Kind>()}), bad_parameter, "kind"},
+      {of(datamatrix::Options{.shape = unlisted<datamatrix::Shape>()}), bad_parameter, "shape"},
+      {of(maxicode::Options{.mode = unlisted<maxicode::Mode>()}), bad_parameter, "mode is 99"},
+      {of(maxicode::Options{.dialect = dialect}), bad_parameter, "dialect"},
+      {of(composite::Options{.symbology = unlisted<composite::Symbology>()}), bad_parameter, "symbology"},
+      {of(composite::Options{.dialect = dialect}), bad_parameter, "dialect"},
+      {of(veri::Options{.correction = unlisted<veri::Correction>()}), bad_parameter,
+       "99 check bytes a block"},
+  });
+}
+
+// What stands beside encode() takes any argument too.
+TEST(Errors, HelpersAnswerForAnyArgument) {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  for (const int size : {-kMost, 0, 2, 93, kMost}) {
+    EXPECT_LT(veri::capacity_bytes(size, veri::Correction::none), 0) << size;
+  }
+  EXPECT_LT(veri::capacity_bytes(92, unlisted<veri::Correction>()), 0);
+  const auto zones = [](int width) {
+    return linear::quiet_zones({.symbology = linear::Symbology::itf,
+                                .widths = linear::ElementWidths{.narrow_space = width, .narrow_bar = width}})
+        .left;
+  };
+  EXPECT_EQ(zones(kMost), 990);
+  EXPECT_EQ(zones(-kMost), 10);
+  EXPECT_EQ(linear::quiet_zones({.symbology = unlisted<linear::Symbology>()}).left, 10);
+  EXPECT_EQ(composite::quiet_zones({.symbology = unlisted<composite::Symbology>()}).left, 0);
+  EXPECT_EQ(qr::version_name(qr::SymbolType::rmqr, 33) + qr::version_name(qr::SymbolType::micro, 0), "");
+  EXPECT_EQ(qr::version_name(unlisted<qr::SymbolType>(), 1), "");
+
+  const ModuleMatrix bulls_eye = maxicode::raster(ModuleMatrix(33, 30));
+  ModuleMatrix larger(40, 100);
+  larger.set_dark(39, 99, true);
+  EXPECT_EQ(maxicode::raster(larger), bulls_eye);
+  EXPECT_EQ(maxicode::raster({}), bulls_eye);
+  EXPECT_THROW(ModuleMatrix(-1, 1), std::length_error);
+  EXPECT_THROW(ModuleMatrix(1, -1), std::length_error);
+}
+
+// A sentence stays one whatever it is about.
+TEST(Errors, ShowLittleOfLongData) {
+  const std::string postal_code(3000, '\x1B');
+  const Error error = error_of(maxicode::encode({.mode = maxicode::Mode::carrier_alphanumeric,
+                                                 .postal_code = postal_code,
+                                                 .country_code = 1,
+                                                 .service_class = 1},
+                                                "x"));
+  EXPECT_LE(error.message.size(), 300U);
+  EXPECT_NE(error.message.find("\\x1B...\" (3000 bytes)"), std::string::npos) << error.message;
 }
 
 }  // namespace

@@ -185,7 +185,7 @@ TEST(DataMatrixEncodation, SaysWhatIsWrong) {
     const char* part;
   } cases[] = {
       {square(11), "A", Code::bad_parameter, "11 x 11"},
-      {{}, std::string(4159, '1'), Code::bad_parameter, "4159 bytes"},
+      {{}, std::string(4159, '1'), Code::no_symbol, "4159 bytes"},
       {square(10), "ABCD", Code::no_symbol,
        "4 bytes does not fit a symbol of 10 x 10 modules, which holds 3"},
       {{.fnc1_escape = true}, "AB\x1B", Code::bad_data, "position 3"},

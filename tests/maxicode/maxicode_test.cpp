@@ -312,15 +312,24 @@ TEST(MaxiCodeEntry, AnswersByItsRanges) {
 
 TEST(MaxiCodeEntry, TakesTheLowThirtyBitsOfAnyPostalNumber) {
   const auto painted = [](const char* postal_code) {
-    const MAXI_Params params{1, 1, 2, postal_code, 1, 1, ""};
+    const MAXI_Params params{8, 3, 2, postal_code, 1, 1, ""};
     const std::unique_ptr<Korvex_Device, decltype(&korvex_device_destroy)> device(korvex_device_create(0, 0),
                                                                                   korvex_device_destroy);
     Symbol_Size size{};
     EXPECT_EQ(MAXI_Encode(device.get(), &params, &size), 0);
-    std::string pixels;
+    ModuleMatrix pixels(200, 224);
     for (int y = 0; y < 200; ++y) {
-      for (int x = 0; x < 224; ++x) pixels += korvex_device_pixel(device.get(), x, y) == 0 ? '#' : '.';
+      for (int x = 0; x < 224; ++x) pixels.set_dark(y, x, korvex_device_pixel(device.get(), x, y) == 0);
     }
+    const auto symbol = encode({.mode = Mode::carrier_numeric,
+                                .dialect = Dialect::korvex32,
+                                .postal_code = postal_code,
+                                .country_code = 1,
+                                .service_class = 1,
+                                .position = 8,
+                                .total = 3},
+                               "");
+    EXPECT_EQ(raster(symbol->modules), pixels) << "in C++: " << postal_code;
     return pixels;
   };
   EXPECT_EQ(painted("0000000123"), painted(" \t\n\v\f\r+12"

@@ -32,7 +32,7 @@ test('an outside project in C and in C++ builds against the installed tree, and 
   run('cmake', ['-S', join(root, 'examples'), '-B', out, '-G', 'Ninja', `-DCMAKE_PREFIX_PATH=${prefix}`]);
   run('cmake', ['--build', out]);
   const pbm = run(join(out, 'label_c'), ['HELLO KORVEX']);
-  assert.deepEqual(pbmRows(pbm), rowsOf(4, 'qr', 'HELLO KORVEX', '--quiet-zone', '4'));
+  assert.deepEqual(pbmRows(pbm), rowsOf(4, 'qr', 'HELLO KORVEX', '--dialect', 'korvex32', '--quiet-zone', '4'));
   const svg = run(join(out, 'label_cpp'), ['400638133393']);
   const bars = [...svg.matchAll(/M(\d+) 0h1/g)].map(([, x]) => Number(x) - 11);
   const expected = draw('ean13', '400638133393', '--format', 'txt').toString();
