@@ -1,4 +1,6 @@
 // GS1-128 as a linear component.
+#include <algorithm>
+
 #include "composite/code128.hpp"
 #include "composite/row.hpp"
 #include "composite/stack.hpp"
@@ -78,6 +80,7 @@ Fault build_gs1_128(const Request& request, Symbol& symbol, Details* details) {
   }
   if (details != nullptr) {
     details->linear_text.assign(request.linear.begin(), request.linear.end());
+    std::ranges::replace(details->linear_text, static_cast<char>(code128::kFnc1), '#');
     details->linear_values.assign(values.all().begin(), values.all().end());
   }
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <climits>
 
+#include "core/element_string.hpp"
 #include "qr/checks.hpp"
 #include "qr/encodation.hpp"
 #include "qr/error_correction.hpp"
@@ -106,6 +107,11 @@ Result<Symbol> smallest_rmqr(Options options, std::span<const std::uint8_t> data
 
 Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data) {
   if (auto fault = find_fault(options, data)) return *std::move(fault);
+  if (options.type == SymbolType::gs1 && options.dialect == Dialect::standard) {
+    const Result<std::string> plain = plain_element_string(data, options.gs1_checking);
+    if (!plain) return plain.error();
+    return encode_checked(options, {reinterpret_cast<const std::uint8_t*>(plain->data()), plain->size()});
+  }
   if (options.type != SymbolType::rmqr) return encode_checked(options, data);
   if (options.rmqr_rows != 0) return encode_checked(options, data);
   if (options.version == 0) return smallest_rmqr(options, data);
