@@ -48,7 +48,8 @@ void add_options(CommandLine& line, BatchArguments& arguments) {
                  "TEMPLATE"});
   line.option("--format", arguments.format, {"Output", "what files are whose names do not say", "FORMAT"});
   line.option("--report", arguments.report,
-              {"Output", "a line of JSON for every job that failed (DIR/failed.jsonl)", "FILE"});
+              {"Output", "a line of JSON for every job that failed, and for every warning (DIR/failed.jsonl)",
+               "FILE"});
   line.flag("--resume", arguments.resume, {"Output", "go on where an interrupted run into the folder ended"});
   line.option("--threads", arguments.threads, {"Output", "work on so many cores (all)", "N"});
 

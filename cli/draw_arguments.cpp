@@ -18,10 +18,7 @@ void add_own_options(CommandLine& line, DrawArguments& arguments) {
     const std::string name(option.name);
     std::string help(option.help);
     if (!option.preset.empty()) help.append(" (").append(option.preset).append(")");
-    std::string placeholder(option.value);
-    for (const std::string_view choice : option.choices) {
-      placeholder.append(placeholder.empty() ? "" : "|").append(choice);
-    }
+    const std::string placeholder = option.placeholder();
     const OptionHelp shown{group, help, placeholder};
     if (option.is_flag()) {
       line.flag(
@@ -54,6 +51,34 @@ void add_common_options(CommandLine& line, DrawArguments& arguments) {
               {"Output", "what a file is whose name does not say: " + format_names(), "FORMAT"});
   line.flag("--verbose", arguments.is_verbose, {"Output", "say on standard error what was chosen"});
   add_settings(line, arguments.settings, "Picture");
+}
+
+/// The option of any symbology whose value may be left out; nullptr when it is none of these.
+const Option* option_with_value_left_out(std::string_view name) {
+  for (const Symbology& symbology : symbologies()) {
+    for (const Option& option : symbology.options) {
+      if (option.name == name && !option.alone.empty()) return &option;
+    }
+  }
+  return nullptr;
+}
+
+/// Binds values to such options: "--gs1 lenient" and "--gs1" with anything else behind it become
+/// "--gs1=lenient" and "--gs1=strict", so that data are never taken for the value.
+std::vector<std::string> with_values_bound(const std::vector<std::string>& arguments) {
+  std::vector<std::string> bound;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (arguments[i] == "--") {
+      bound.insert(bound.end(), arguments.begin() + static_cast<std::ptrdiff_t>(i), arguments.end());
+      break;
+    }
+    bound.push_back(arguments[i]);
+    const Option* const option = option_with_value_left_out(arguments[i]);
+    if (option == nullptr) continue;
+    const bool is_given = i + 1 < arguments.size() && option->has_choice(arguments[i + 1]);
+    bound.back().append("=").append(is_given ? arguments[++i] : option->alone);
+  }
+  return bound;
 }
 
 /// Whether an option of any symbology stands alone, so that no value follows it.
@@ -104,7 +129,7 @@ std::optional<DrawArguments> parse_draw_arguments(const std::vector<std::string>
     print_general_help();
     return std::nullopt;
   }
-  std::vector<std::string> rest = arguments;
+  std::vector<std::string> rest = with_values_bound(arguments);
   const Symbology& symbology = find_symbology(take_symbology(rest));
   DrawArguments parsed;
   parsed.symbology = &symbology;

@@ -56,6 +56,7 @@ int draw(const DrawArguments& arguments) {
   const Job job{arguments.symbology, arguments.options, arguments.settings,
                 read_data(arguments.data, arguments.data_file)};
   const DrawnJob drawn = draw_job(job);
+  for (const std::string& warning : drawn.drawing.warnings) say(warning);
   for (const std::string& remark : drawn.remarks) say(remark);
   if (arguments.is_verbose) say_what_was_chosen(drawn.drawing, *job.symbology);
   if (outputs.empty()) {

@@ -25,7 +25,7 @@ struct Job {
 struct DrawnJob {
   Drawing drawing;
   Style style;
-  std::vector<std::string> remarks;  ///< sentences that whoever asked should see
+  std::vector<std::string> remarks;  ///< sentences on the picture that whoever asked should see
 };
 
 /// Throws UsageError for settings and options that make no sense, Failure for data that cannot be encoded.

@@ -15,6 +15,7 @@ ordered_json to_json(const Option& option) {
   if (!option.value.empty()) object["value"] = option.value;
   if (!option.choices.empty()) object["choices"] = option.choices;
   if (!option.preset.empty()) object["default"] = option.preset;
+  if (!option.alone.empty()) object["alone"] = option.alone;
   return object;
 }
 
@@ -32,14 +33,7 @@ ordered_json to_json(const Symbology& symbology) {
 /// "--check none|mod43".
 std::string usage(const Option& option) {
   std::string text(option.name);
-  if (option.is_flag()) return text;
-  text += ' ';
-  text += option.value;
-  for (std::size_t index = 0; index < option.choices.size(); ++index) {
-    if (index > 0) text += '|';
-    text += option.choices[index];
-  }
-  return text;
+  return option.is_flag() ? text : text + ' ' + option.placeholder();
 }
 
 std::string to_text(const Symbology& symbology) {

@@ -8,8 +8,18 @@
 
 namespace korvex::cli {
 
+bool Option::has_choice(std::string_view choice) const {
+  return std::ranges::find(choices, choice) != choices.end();
+}
+
+std::string Option::placeholder() const {
+  std::string text(value);
+  for (const std::string_view choice : choices) text.append(text.empty() ? "" : "|").append(choice);
+  return alone.empty() ? text : "[" + text + "]";
+}
+
 void OptionValues::set(const Option& option, std::string_view value) {
-  if (!option.choices.empty() && std::ranges::find(option.choices, value) == option.choices.end()) {
+  if (!option.choices.empty() && !option.has_choice(value)) {
     throw UsageError(std::string(option.name) + " is " + joined(option.choices, "or") + ", not \"" +
                      printable(value) + "\".");
   }

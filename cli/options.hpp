@@ -16,8 +16,12 @@ struct Option {
   std::string_view help{};   ///< without a full stop
   std::vector<std::string_view> choices{};  ///< the values allowed; empty: the family checks them
   std::string_view preset{};                ///< the value when it is not given; empty: none
+  std::string_view alone{};  ///< the value when the name stands alone; empty: one must follow. With choices.
 
   [[nodiscard]] bool is_flag() const { return value.empty() && choices.empty(); }
+  [[nodiscard]] bool has_choice(std::string_view choice) const;
+  /// "N", "a|b", "[a|b]" where the value may be left out; empty for a flag.
+  [[nodiscard]] std::string placeholder() const;
 };
 
 /// Values given for options, by name.

@@ -25,8 +25,9 @@ struct DrawRequest {
 
 /// What came of it.
 struct Drawing {
-  std::vector<Picture> pictures;   ///< one; several when the data is split over a series of symbols
-  std::vector<std::string> notes;  ///< what was chosen, for --verbose
+  std::vector<Picture> pictures;        ///< one; several when the data is split over a series of symbols
+  std::vector<std::string> notes;       ///< what was chosen, for --verbose
+  std::vector<std::string> warnings{};  ///< sentences on data that were drawn though they are wrong
 };
 
 /// Data, and the options that go with it, for a first picture.

@@ -63,7 +63,8 @@ struct Outcome {
   std::size_t symbols = 0;
   std::optional<DrawnJob> drawn;  // for the sheet
   std::string caption;
-  std::string error;  // a sentence; empty when all is well
+  std::vector<std::string> warnings;  // sentences on what was drawn all the same
+  std::string error;                  // a sentence; empty when all is well
 };
 
 using Outcomes = std::vector<Outcome>;
@@ -79,7 +80,7 @@ std::uint32_t checksum_of(const Record& record, std::uint32_t so_far) {
   return so_far;
 }
 
-/// The report: a line of JSON for every record that failed.
+/// The report: a line of JSON for every record that failed, and for every warning.
 class Report {
  public:
   /// Goes on behind the first `bytes`. Throws Failure.
@@ -89,10 +90,11 @@ class Report {
     if (!error) file_.open(path, std::ios::binary | (bytes > 0 ? std::ios::app : std::ios::trunc));
     check();
   }
-  void add(const Outcome& outcome) {
+  /// `kind` is "error" or "warning".
+  void add(const Outcome& outcome, std::string_view kind, const std::string& sentence) {
     const std::string text = "{\"line\": " + std::to_string(outcome.line) +
-                             ", \"id\": " + call::json_string(outcome.id) +
-                             ", \"error\": " + call::json_string(outcome.error) + "}\n";
+                             ", \"id\": " + call::json_string(outcome.id) + ", \"" + std::string(kind) +
+                             "\": " + call::json_string(sentence) + "}\n";
     file_ << text;
     bytes_ += text.size();
   }
@@ -137,6 +139,7 @@ class Run {
   std::unique_ptr<Report> report_;
   std::vector<std::string> shown_failures_;
   std::chrono::steady_clock::time_point journal_time_ = std::chrono::steady_clock::now();
+  std::size_t warned_ = 0;  // records of this run that were drawn with warnings
   std::size_t resumed_symbols_ = 0;
   std::uintmax_t resumed_bytes_ = 0;  // of the list, that were passed over
   Progress progress_;
@@ -209,6 +212,7 @@ void Run::draw(const Record& record, Outcome& outcome) const {
   fields.insert_or_assign("symbology", std::string(job.symbology->name));
   DrawnJob drawn = draw_job(job);
   outcome.symbols = drawn.drawing.pictures.size();
+  outcome.warnings = drawn.drawing.warnings;
   if (files_) {
     std::vector<Output> outputs;
     for (const Template& name : batch_.names) {
@@ -249,9 +253,11 @@ void Run::take(Outcomes outcomes) {
     }
     if (outcome.error.empty()) {
       journal_.symbols += outcome.symbols;
+      for (const std::string& warning : outcome.warnings) report_->add(outcome, "warning", warning);
+      if (!outcome.warnings.empty()) ++warned_;
     } else {
       ++journal_.failed;
-      report_->add(outcome);
+      report_->add(outcome, "error", outcome.error);
       if (shown_failures_.size() < kShownFailures) {
         shown_failures_.push_back("line " + std::to_string(outcome.line) + ": " + outcome.error);
       }
@@ -320,6 +326,10 @@ int Run::finish() {
   const auto rate = static_cast<double>(journal_.symbols - resumed_symbols_) / std::max(seconds, 1e-3);
   std::string summary =
       with_commas(journal_.symbols) + (journal_.symbols == 1 ? " symbol" : " symbols") + " drawn";
+  if (warned_ > 0) {
+    summary += ", " + with_commas(warned_) + (warned_ == 1 ? " line" : " lines") + " with warnings";
+    if (journal_.failed == 0) summary += " (" + printable(batch_.report) + ")";
+  }
   if (journal_.failed > 0) {
     summary += ", " + with_commas(journal_.failed) + (journal_.failed == 1 ? " line" : " lines") +
                " failed (" + printable(batch_.report) + ")";

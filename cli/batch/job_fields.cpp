@@ -36,7 +36,7 @@ bool is_option_of_any(std::string_view name) {
 }
 
 /// Spreadsheets write TRUE, scripts True.
-bool truth(std::string_view name, std::string_view value) {
+std::optional<bool> truth_of(std::string_view value) {
   constexpr std::array<std::string_view, 4> kTrue = {"true", "1", "yes", ""};
   constexpr std::array<std::string_view, 3> kFalse = {"false", "0", "no"};
   std::string word(value);
@@ -44,15 +44,21 @@ bool truth(std::string_view name, std::string_view value) {
                          [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
   if (std::ranges::find(kTrue, word) != kTrue.end()) return true;
   if (std::ranges::find(kFalse, word) != kFalse.end()) return false;
+  return std::nullopt;
+}
+
+bool truth(std::string_view name, std::string_view value) {
+  if (const auto truth = truth_of(value)) return *truth;
   throw UsageError("The field \"" + printable(name) + "\" is true or false, not \"" + printable(value) +
                    "\".");
 }
 
 void set(const Option& option, std::string_view name, const std::string& value, OptionValues& options) {
-  if (!option.is_flag()) {
+  const bool is_truth = option.is_flag() || (!option.alone.empty() && truth_of(value));
+  if (!is_truth) {
     options.set(option, value);
   } else if (truth(name, value)) {
-    options.set(option, "");
+    options.set(option, option.alone);
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include "failure.hpp"
 #include "families/families.hpp"
+#include "families/gs1_data.hpp"
 #include "words.hpp"
 
 namespace korvex::cli::families {
@@ -68,6 +69,7 @@ Result<Drawing> draw(composite::Symbology symbology, const DrawRequest& request)
   options.symbology = symbology;
   options.dialect = request.options.text(kDialect) == "korvex32" ? Dialect::korvex32 : Dialect::standard;
   options.segments_per_row = request.options.number(kSegments, 1, kMostSegments).value_or(kMostSegments);
+  options.gs1_checking = gs1_checking(request.options);
   const std::string data = both_texts(request);
   const Result<composite::Symbol> symbol = composite::encode(options, data);
   if (!symbol) return symbol.error();
@@ -82,13 +84,14 @@ Result<Drawing> draw(composite::Symbology symbology, const DrawRequest& request)
   }
   const composite::QuietZones quiet = composite::quiet_zones(options);
   picture.quiet_zone = {static_cast<double>(quiet.left), 0, static_cast<double>(quiet.right), 0};
-  return Drawing{{std::move(picture)}, notes(*symbol, *details)};
+  return Drawing{{std::move(picture)}, notes(*symbol, *details), details->warnings};
 }
 
 Symbology symbology(composite::Symbology value, std::string_view name, std::string_view title,
                     std::string_view standard, std::string_view takes, Example example,
                     std::vector<Option> own_options = {}) {
   own_options.push_back(kComponent);
+  own_options.push_back(gs1_checking_option());
   own_options.push_back(kDialect);
   return {name,
           title,
@@ -103,7 +106,7 @@ Symbology symbology(composite::Symbology value, std::string_view name, std::stri
 
 std::vector<Symbology> composite() {
   using enum composite::Symbology;
-  constexpr std::string_view kItem = "13 digits, or (01) and 14 with the check digit";
+  constexpr std::string_view kItem = "13 digits, or 14 with the check digit, also behind (01)";
   constexpr std::string_view kItemNumber = "(01)09501101530003";
   constexpr std::string_view kDataBar = "ISO/IEC 24724";
   constexpr std::string_view kComposite = "ISO/IEC 24723";
@@ -116,18 +119,21 @@ std::vector<Symbology> composite() {
       symbology(databar_stacked_omni, "databar-stacked-omni", "GS1 DataBar Stacked Omnidirectional", kDataBar,
                 kItem, {kItemNumber}),
       symbology(databar_limited, "databar-limited", "GS1 DataBar Limited", kDataBar,
-                "13 digits that begin with 0 or 1, or (01) and 14 with the check digit", {kItemNumber}),
+                "13 digits that begin with 0 or 1, or 14 with the check digit, also behind (01)",
+                {kItemNumber}),
       symbology(databar_expanded, "databar-expanded", "GS1 DataBar Expanded", kDataBar, "element strings",
                 {"(01)09501101530003(17)261231(10)AB-123"}, {kSegments}),
       symbology(ean13, "ean13-cc", "EAN-13 composite", kComposite,
-                "12 digits, or (01) and 14 with the check digit", {"400638133393", {"--cc", kDateAndBatch}}),
+                "12 digits, 13 with the check digit, or (01) and 14",
+                {"400638133393", {"--cc", kDateAndBatch}}),
       symbology(upce, "upce-cc", "UPC-E composite", kComposite,
-                "the UPC-A number of 11 digits, with zeros that can be suppressed",
+                "6 digits, 8 with 0 and check digit, or the UPC-A number they stand for",
                 {"01234000005", {"--cc", kDateAndBatch}}),
       symbology(upca, "upca-cc", "UPC-A composite", kComposite,
-                "11 digits, or (01) and 14 with the check digit", {"03600029145", {"--cc", kDateAndBatch}}),
+                "11 digits, 12 with the check digit, or (01) and 14",
+                {"03600029145", {"--cc", kDateAndBatch}}),
       symbology(ean8, "ean8-cc", "EAN-8 composite", kComposite,
-                "7 digits, or (01) and 14 with the check digit", {"9638507", {"--cc", kDateAndBatch}}),
+                "7 digits, 8 with the check digit, or (01) and 14", {"9638507", {"--cc", kDateAndBatch}}),
       symbology(gs1_128, "gs1-128", "GS1-128", kComposite, "element strings of up to 48 characters",
                 {"(01)09501101530003(10)AB-123"}, {kHeight}),
       symbology(gs1_128_cc_c, "gs1-128-cc", "GS1-128 composite with CC-C", kComposite,

@@ -9,7 +9,7 @@
 
 #include "failure.hpp"
 #include "families/families.hpp"
-#include "korvex/gs1.hpp"
+#include "families/gs1_data.hpp"
 #include "words.hpp"
 
 namespace korvex::cli::families {
@@ -20,9 +20,9 @@ constexpr double kQuietZone = 1;  // modules (ISO/IEC 16022)
 const Option kSize{"--size", "ROWSxCOLUMNS",
                    "such as 26x26 or 12x36; the smallest that holds the data when not given"};
 const Option kRectangle{"--rect", "", "the smallest rectangle instead of the smallest square"};
-const Option kGs1{"--gs1", "",
-                  "GS1 DataMatrix: FNC1 comes first; data with brackets such as (01)09501101530003(10)AB, or "
-                  "element strings with byte 1D as separator"};
+const Option kGs1 = gs1_option(
+    "GS1 DataMatrix: element strings such as (01)09501101530003(10)AB; lenient draws those that break the "
+    "rules of GS1 with a warning");
 
 /// "26x26" in rows and columns.
 void read_size(const std::string& text, datamatrix::Options& options) {
@@ -62,18 +62,18 @@ Result<Drawing> draw(const DrawRequest& request) {
     if (options.rows != 0) throw UsageError("--size says what the shape is; --rect does not go with it.");
     options.shape = datamatrix::Shape::rectangle;
   }
-  options.gs1 = request.options.flag(kGs1);
-  Result<std::string> data = request.data;
-  if (options.gs1 && gs1::is_bracketed(request.data)) data = gs1::element_string(request.data);
-  if (!data) return data.error();
-  const Result<datamatrix::Symbol> symbol = datamatrix::encode(options, *data);
+  options.gs1 = has_gs1(request.options);
+  options.gs1_checking = gs1_checking(request.options);
+  const Result<datamatrix::Symbol> symbol = datamatrix::encode(options, request.data);
   if (!symbol) return symbol.error();
 
   Picture picture;
   picture.modules = symbol->modules;
   picture.row_heights.assign(static_cast<std::size_t>(symbol->modules.rows()), 1);
   picture.quiet_zone = {kQuietZone, kQuietZone, kQuietZone, kQuietZone};
-  return Drawing{{std::move(picture)}, notes_of(*symbol)};
+  return Drawing{{std::move(picture)},
+                 notes_of(*symbol),
+                 options.gs1 ? gs1_warnings(request.data, options.gs1_checking) : std::vector<std::string>()};
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 #include "encoding.hpp"
 #include "failure.hpp"
 #include "families/families.hpp"
+#include "families/gs1_data.hpp"
 #include "families/linear_text.hpp"
-#include "korvex/gs1.hpp"
 #include "korvex/linear.hpp"
 #include "words.hpp"
 
@@ -54,8 +54,9 @@ const Option kWidths{
     "--widths", "NS,NB,WS,WB",
     "modules of a narrow space, narrow bar, wide space and wide bar, 1 to 99 each, instead of "
     "--ratio"};
-const Option kGs1{"--gs1", "",
-                  "GS1-128: element strings with bracketed identifiers, or with byte 0x1D for FNC1"};
+const Option kGs1 = gs1_option(
+    "GS1-128: element strings such as (01)09501101530003(10)AB; lenient draws those that break the rules of "
+    "GS1 with a warning");
 const Option kSegments{"--segments", "N", "headers at the start of the data", {}, "1"};
 const Option kDialect{"--dialect",
                       "",
@@ -110,7 +111,8 @@ linear::Options options_of(const Row& row, const OptionValues& values) {
   options.ratio = chosen(kRatios, values, kRatio, Ratio::three_to_one);
   options.widths = element_widths(values);
   options.check = chosen(kChecks, values, check_option({}), CheckCharacters::none);
-  options.gs1 = values.flag(kGs1);
+  options.gs1 = has_gs1(values);
+  options.gs1_checking = gs1_checking(values);
   if (has(kSegments)) options.segments = values.number(kSegments, 1, 99).value_or(1);
   return options;
 }
@@ -127,25 +129,35 @@ ModuleMatrix matrix_of(const linear::ModuleRow& row) {
   return matrix;
 }
 
-bool has_brackets(const linear::Options& options, const DrawRequest& request) {
-  return options.gs1 && gs1::is_bracketed(request.data);
-}
-
 /// Code 128 carries ISO/IEC 8859-1: text that has a place there goes in as that.
-Result<std::string> data_of(const linear::Options& options, const DrawRequest& request) {
-  if (has_brackets(options, request)) return gs1::element_string(request.data);
+std::string data_of(const linear::Options& options, const DrawRequest& request) {
   if (options.symbology != linear::Symbology::code128 || request.is_hexadecimal) return request.data;
   return latin_1_of(request.data).value_or(request.data);
 }
 
+/// Element strings: people read them with brackets around the identifiers. The korvex32 dialect knows neither
+/// brackets nor rules.
+Result<linear::Symbol> encode_gs1(const linear::Options& options, const std::string& data,
+                                  std::vector<std::string>& warnings) {
+  const bool is_bracketed = gs1::is_bracketed(data);
+  if (options.dialect == Dialect::korvex32 && !is_bracketed) return linear::encode(options, data);
+  Result<gs1::ElementString> parsed = gs1::parse(data, options.gs1_checking);
+  if (!parsed) return parsed.error();
+  Result<linear::Symbol> encoded = linear::encode(options, parsed->plain);
+  if (!encoded) return encoded;
+  linear::Symbol symbol = std::move(encoded).value();
+  if (is_bracketed || parsed->warnings.empty()) symbol.text = gs1::bracketed(parsed->elements);
+  warnings = std::move(parsed).value().warnings;
+  return symbol;
+}
+
 Result<Drawing> draw(const Row& row, const DrawRequest& request) {
   const linear::Options options = options_of(row, request.options);
-  const Result<std::string> data = data_of(options, request);
-  if (!data) return data.error();
-  Result<linear::Symbol> encoded = linear::encode(options, *data);
+  std::vector<std::string> warnings;
+  Result<linear::Symbol> encoded = options.gs1 ? encode_gs1(options, request.data, warnings)
+                                               : linear::encode(options, data_of(options, request));
   if (!encoded) return encoded.error();
-  linear::Symbol symbol = std::move(encoded).value();
-  if (has_brackets(options, request)) symbol.text = request.data;  // people read it with its brackets
+  const linear::Symbol symbol = std::move(encoded).value();
 
   const int narrow = narrow_element(options);
   const linear::QuietZones quiet = linear::quiet_zones(options);
@@ -163,7 +175,7 @@ Result<Drawing> draw(const Row& row, const DrawRequest& request) {
   std::string note = std::to_string(symbol.bars.size()) + " modules";
   if (!symbol.text.empty()) note += ", text " + symbol.text;
   note += ", bars " + decimal(height, 2) + " modules high";
-  return Drawing{{std::move(picture)}, {std::move(note)}};
+  return Drawing{{std::move(picture)}, {std::move(note)}, std::move(warnings)};
 }
 
 Symbology symbology(std::string_view name, std::string_view title, std::string_view standard,

@@ -12,6 +12,7 @@
 #include "encoding.hpp"
 #include "failure.hpp"
 #include "families/families.hpp"
+#include "families/gs1_data.hpp"
 #include "korvex/gs1.hpp"
 #include "words.hpp"
 
@@ -115,9 +116,11 @@ std::string encoded(const DrawRequest& request) {
                 (latin ? "ISO/IEC 8859-1" : "Shift JIS") + " has; --encoding bytes takes any bytes.");
 }
 
-Result<std::string> data_of(SymbolType type, const DrawRequest& request) {
-  if (type != SymbolType::gs1) return encoded(request);
-  return gs1::is_bracketed(request.data) ? gs1::element_string(request.data) : request.data;
+/// The korvex32 dialect knows no brackets.
+Result<std::string> data_of(const qr::Options& options, const DrawRequest& request) {
+  if (options.type != SymbolType::gs1) return encoded(request);
+  if (options.dialect == Dialect::standard || !gs1::is_bracketed(request.data)) return request.data;
+  return gs1::element_string(request.data);
 }
 
 qr::Options options_of(SymbolType type, const OptionValues& values) {
@@ -134,6 +137,7 @@ qr::Options options_of(SymbolType type, const OptionValues& values) {
     throw UsageError("--version says how many rows there are; --rows does not go with it.");
   }
   options.dialect = values.text(kDialect) == "korvex32" ? Dialect::korvex32 : Dialect::standard;
+  options.gs1_checking = gs1_checking(values);
   return options;
 }
 
@@ -190,12 +194,13 @@ Result<Drawing> draw(SymbolType type, const DrawRequest& request) {
   } else if (request.options.text(kKey)) {
     throw UsageError("--key needs a --private text.");
   }
-  const Result<std::string> data = data_of(type, request);
+  const Result<std::string> data = data_of(options, request);
   if (!data) return data.error();
   const Result<std::vector<qr::Symbol>> symbols = encode(options, request.options, *data);
   if (!symbols) return symbols.error();
 
   Drawing drawing;
+  if (type == SymbolType::gs1) drawing.warnings = gs1_warnings(*data, options.gs1_checking);
   for (const qr::Symbol& symbol : *symbols) {
     drawing.pictures.push_back(picture_of(symbol));
     const std::string place = symbols->size() == 1 ? ""
@@ -233,7 +238,7 @@ std::vector<Symbology> qr() {
                 "up to 35 digits, 21 capitals and digits, 15 others, 9 Kanji", {"MICRO QR"},
                 {kMicroLevel, kMicroVersion, kMode, kEncoding}),
       symbology(SymbolType::gs1, "gs1-qr", "GS1 QR Code", "element strings such as (01)09501101530003(10)AB",
-                {"(01)09501101530003(10)AB-123"}, {kLevel, kVersion, kPrivate, kKey}),
+                {"(01)09501101530003(10)AB-123"}, {kLevel, kVersion, kPrivate, kKey, gs1_checking_option()}),
       symbology(SymbolType::rmqr, "rmqr", "Rectangular Micro QR Code",
                 "up to 361 digits, 219 capitals and digits, 150 others, 92 Kanji", {"RECTANGULAR MICRO QR"},
                 {kRmqrLevel, kRmqrVersion, kRows, kMode, kEncoding}),

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "korvex/gs1.hpp"
 #include "korvex/module_matrix.hpp"
 #include "korvex/result.hpp"
 
@@ -13,16 +14,16 @@ namespace korvex::composite {
 
 /// The linear component, and with it the two-dimensional component that can stand above it.
 enum class Symbology : std::uint8_t {
-  databar,               ///< GS1 DataBar Omnidirectional: up to 13 digits; CC-A or CC-B of 4 columns
+  databar,               ///< GS1 DataBar Omnidirectional: 13 digits; CC-A or CC-B of 4 columns
   databar_truncated,     ///< the same, 13 modules high
   databar_stacked,       ///< in two rows; CC-A or CC-B of 2 columns
   databar_stacked_omni,  ///< in two rows for omnidirectional scanning; CC-A or CC-B of 2 columns
-  databar_limited,       ///< up to 13 digits, at most 1999999999999; CC-A or CC-B of 3 columns
+  databar_limited,       ///< 13 digits, at most 1999999999999; CC-A or CC-B of 3 columns
   databar_expanded,      ///< an element string; CC-A or CC-B of 4 columns
-  ean13,                 ///< up to 12 digits; CC-A or CC-B of 4 columns
-  upce,                  ///< the UPC-A number, up to 11 digits, if zeros can be suppressed; CC-A or CC-B of 2
-  upca,                  ///< up to 11 digits; CC-A or CC-B of 4 columns
-  ean8,                  ///< up to 7 digits; CC-A or CC-B of 3 columns
+  ean13,                 ///< 12 digits; CC-A or CC-B of 4 columns
+  upce,                  ///< 6 digits, or the UPC-A number of 11 if zeros can be left out; CC-A or CC-B of 2
+  upca,                  ///< 11 digits; CC-A or CC-B of 4 columns
+  ean8,                  ///< 7 digits; CC-A or CC-B of 3 columns
   gs1_128,               ///< up to 48 bytes of element strings; CC-A or CC-B of 4 columns
   gs1_128_cc_c,          ///< the same with a CC-C as wide as the linear component
 };
@@ -33,6 +34,7 @@ struct Options {
   int segments_per_row =
       22;                  ///< DataBar Expanded: symbol characters a row, at least 1; with a 2D component 4
   int linear_height = 50;  ///< GS1-128: modules, 1 to 32767
+  gs1::Checking gs1_checking = gs1::Checking::strict;  ///< of element strings, in Dialect::standard
 };
 
 /// The two-dimensional component above the linear one (ISO/IEC 24723).
@@ -52,21 +54,22 @@ struct Symbol {
 /// Encodes `data` as one symbol. There is a 2D component when `data` has a vertical bar: what stands before
 /// the bar is the linear component's text, what follows it the 2D component's.
 ///
-/// Element strings come in one of two forms. Plain: application identifiers and data without parentheses, `#`
-/// for FNC1 after a field of variable length that another one follows; item numbers of DataBar and EAN/UPC
-/// are digits without their check digit, zeros in front may be left out. Bracketed, as in
-/// (01)09501101530003(17)261231(10)AB-123: item numbers bring their check digit, which is verified like the
-/// lengths of fields of fixed length, and FNC1 is put where it belongs.
+/// Element strings are read and checked as gs1::parse() says, with Options::gs1_checking; item numbers come
+/// with or without their check digit, or as (01) and 14 digits in any of the forms of element strings, and
+/// UPC-E also as the 7 digits with the number system 0 in front and the 8 with the check digit behind. A
+/// check digit that is given must be right, whatever Options::gs1_checking says: the symbol has no other.
 ///
-/// Errors: bad_parameter for options out of range, bad_data for characters, lengths and numbers that are not
-/// allowed, no_symbol for data that no symbol of the kind holds.
+/// Errors: bad_parameter for options out of range, bad_data for what is wrong with the data, no_symbol for
+/// data that no symbol of the kind holds.
 ///
-/// Dialect::standard draws what ISO/IEC 24724 and 24723 say and refuses what no reader would give back: EAN-8
-/// numbers beyond seven digits, UPC-E numbers of another number system than 0, wrong check digits and
-/// impossible dates where the symbol implies them, GS1-128 text that would be cut at 43 symbol characters, an
-/// odd number of segments a row unless one row holds them all.
+/// Dialect::standard draws what ISO/IEC 24724 and 24723 say and refuses what no reader would give back: UPC-E
+/// numbers of another number system than 0, impossible dates where the symbol implies them, GS1-128 text that
+/// would be cut at 43 symbol characters, an odd number of segments a row unless one row holds them all.
 ///
-/// Dialect::korvex32 takes the plain form only and draws what CC_Encode draws:
+/// Dialect::korvex32 draws what CC_Encode draws:
+/// - element strings come without brackets, `#` for FNC1 where one is needed, and are not checked; item
+/// numbers
+///   are up to as many digits as the symbol has without the check digit, and get zeros in front;
 /// - separator rows alternate over any three neighbouring elements of 13 modules, finder pattern or not;
 /// - DataBar Expanded holds AI 01 and at most 74 digits, or 41 characters when not all are digits;
 /// - a 2D component whose text begins with AI 10 is encoded by the general method, and one that begins with
@@ -86,6 +89,7 @@ struct Details {
   int component_bits = 0;        ///< before padding
   std::vector<std::uint16_t> codewords;  ///< of the 2D component, check codewords included
   int check_codewords = 0;               ///< at the end of `codewords`
+  std::vector<std::string> warnings;     ///< gs1::Checking::lenient: what is wrong with the element strings
 };
 
 /// The details of what encode() draws, or its error.

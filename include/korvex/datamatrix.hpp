@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "korvex/gs1.hpp"
 #include "korvex/module_matrix.hpp"
 #include "korvex/result.hpp"
 
@@ -20,8 +21,9 @@ struct Options {
   int rows = 0;                 ///< modules
   int columns = 0;              ///< modules
   Shape shape = Shape::square;  ///< looked at when both counts are 0
-  bool gs1 = false;             ///< GS1 DataMatrix: FNC1 in first place, and byte 0x1D in the data is FNC1
-  bool fnc1_escape = false;     ///< ESC (0x1B) and "1" in the data are FNC1, two ESC are one ESC
+  bool gs1 = false;             ///< GS1 DataMatrix: element strings in any form that gs1::parse() reads
+  gs1::Checking gs1_checking = gs1::Checking::strict;  ///< of these
+  bool fnc1_escape = false;  ///< ESC (0x1B) and "1" in the data are FNC1, two ESC are one ESC
 };
 
 /// Encodation schemes.
@@ -56,9 +58,9 @@ inline constexpr int kMaxDataBytes = 4158;
 
 /// Encodes `data` as one symbol.
 ///
-/// Errors: bad_parameter for a size that does not exist; bad_data for an ESC that starts no escape; no_symbol
-/// when the data does not fit the size, or the largest, or is longer than kMaxDataBytes. Both dialects are the
-/// same here, and no data at all is a symbol of pads.
+/// Errors: bad_parameter for a size that does not exist; bad_data for an ESC that starts no escape and GS1
+/// data that gs1::parse() refuses; no_symbol when the data does not fit the size, or the largest, or is
+/// longer than kMaxDataBytes. Both dialects are the same here, and no data at all is a symbol of pads.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "korvex/gs1.hpp"
 #include "korvex/result.hpp"
 
 namespace korvex::linear {
@@ -76,8 +77,9 @@ struct Options {
   Ratio ratio = Ratio::three_to_one;
   std::optional<ElementWidths> widths = std::nullopt;  ///< in place of `ratio`
   CheckCharacters check = CheckCharacters::none;
-  bool gs1 = false;  ///< code128: FNC1 first (GS1-128), byte 0x1D in the data is FNC1, no bytes above 127
-  int segments = 0;  ///< code128_segments: headers at the start of the data
+  bool gs1 = false;  ///< code128: GS1-128, element strings in any form that gs1::parse() reads
+  gs1::Checking gs1_checking = gs1::Checking::strict;  ///< of these, in Dialect::standard
+  int segments = 0;                                    ///< code128_segments: headers at the start of the data
 };
 
 /// Modules of a linear symbol, from left to right; true is a bar. Made of 32-bit words, module 0 in the most
@@ -116,9 +118,9 @@ struct Symbol {
 /// Encodes `data`, at most 512 bytes, as one linear symbol of at most 501 symbol characters (start and check
 /// characters included) and 5984 modules, without quiet zones.
 ///
-/// Errors: bad_data for a character or a length that the symbology does not allow, no data at all, or a supplied
-/// check digit that is wrong (EAN/UPC, SSCC-18); no_symbol for data too long to hold; bad_parameter for options
-/// out of range or that the symbology does not offer.
+/// Errors: bad_data for a character or a length that the symbology does not allow, no data at all, a supplied
+/// check digit that is wrong (EAN/UPC, SSCC-18) or GS1 data that gs1::parse() refuses; no_symbol for data too
+/// long to hold; bad_parameter for options out of range or that the symbology does not offer.
 ///
 /// Dialect::korvex32 draws what Korvex_Bit draws:
 /// - MSI has a gap between its characters, and with the ratio 5:2 its and Code 11's are two modules wide;
@@ -129,6 +131,7 @@ struct Symbol {
 /// - UPC-E takes 6 digits and SSCC-18 takes 17, without check digit;
 /// - in Code 128 with chosen code sets a lone digit in set C becomes that digit and 0, and data after
 ///   the last segment is left out; the standard dialect refuses both;
+/// - GS1 data come without brackets, byte 0x1D for FNC1, and are not checked;
 /// - symbols without data are drawn where the symbology has them.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "korvex/gs1.hpp"
 #include "korvex/module_matrix.hpp"
 #include "korvex/result.hpp"
 
@@ -18,7 +19,7 @@ enum class SymbolType : std::uint8_t {
   model1,  ///< QR Code Model 1, versions 1 to 40
   model2,  ///< QR Code, versions 1 to 40
   micro,   ///< Micro QR Code, versions 1 to 4 for M1 to M4
-  gs1,     ///< GS1 QR Code: Model 2 with FNC1 in first position; byte 0x1D separates element strings
+  gs1,     ///< GS1 QR Code: Model 2 with FNC1 in first position, element strings in any form
   rmqr,    ///< rectangular Micro QR, versions 1 to 32 for R7x43 to R17x139
 };
 
@@ -58,6 +59,7 @@ struct Options {
   std::optional<StructuredAppend> append = {};   ///< Model 1 and Model 2
   std::optional<PrivateData> private_data = {};  ///< Model 1, Model 2 and GS1
   Dialect dialect = Dialect::standard;
+  gs1::Checking gs1_checking = gs1::Checking::strict;  ///< SymbolType::gs1 in Dialect::standard
 };
 
 /// Bytes of the data that are packed in one mode.
@@ -75,15 +77,15 @@ struct Symbol {
   Level level = Level::medium;
   int version = 0;  ///< see version_name()
   int mask = 0;     ///< number of the data mask pattern in the format information; rMQR: always 4
-  std::vector<Segment> segments;  ///< of the public data
+  std::vector<Segment> segments;  ///< of the public data; of GS1 data, of their plain form
 };
 
 /// Encodes `data` as one symbol.
 ///
 /// Errors: bad_parameter for options out of range or that do not go together; gs1_fixed_mode for a fixed mode
-/// with SymbolType::gs1; bad_data for no data at all and data that a fixed mode cannot pack; no_symbol when no
-/// version, or not the one asked for, holds the data, or it is more than the encoder takes (7366 characters,
-/// 200 segments).
+/// with SymbolType::gs1; bad_data for no data at all, data that a fixed mode cannot pack and GS1 data that
+/// gs1::parse() refuses; no_symbol when no version, or not the one asked for, holds the data, or it is more
+/// than the encoder takes (7366 characters, 200 segments).
 ///
 /// Dialect::standard chooses the mask of Model 1 and Model 2 by ISO/IEC 18004:2015, 7.8.3.1, all eight
 /// counted in full. Dialect::korvex32 draws what QR_Encode draws:
@@ -92,11 +94,10 @@ struct Symbol {
 ///   are counted in units of any size and not at the left and the top edge, the share of dark modules is
 ///   rounded;
 /// - a pad codeword of four bits, the last data codeword of Micro QR M1 and M3, is cut from 0xEC or 0x11
-/// instead of
-///   being 0000;
+///   instead of being 0000;
 /// - in alphanumeric segments of GS1 QR a "%" of the data stands single, where readers take it for a
-/// separator, and
-///   the separator 0x1D is left to byte mode;
+///   separator, and the separator 0x1D is left to byte mode;
+/// - GS1 data come without brackets, byte 0x1D for FNC1, and are not checked;
 /// - data that a fixed mode cannot pack is packed all the same.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);

@@ -12,7 +12,6 @@ constexpr int kMostText = 48;
 // Bytes with a meaning of their own.
 constexpr std::uint8_t kHash = '#';
 constexpr std::uint8_t kNul = 0x80;
-constexpr std::uint8_t kFnc1 = 0x81;
 constexpr std::uint8_t kFnc2 = 0x82;
 constexpr std::uint8_t kFnc3 = 0x83;
 constexpr std::uint8_t kFnc4 = 0x84;
@@ -29,12 +28,12 @@ constexpr int kCheckModulus = 103;
 
 enum class Set : std::uint8_t { a, b, c };
 
-/// FNC1, the text with every hash as FNC1, and a zero byte.
+/// FNC1, the text, and a zero byte.
 class Text {
  public:
-  explicit Text(Bytes text) {
-    if (text.empty() || text[0] != kHash) bytes_[size_++] = kFnc1;
-    for (const std::uint8_t byte : text) bytes_[size_++] = byte == kHash ? kFnc1 : byte;
+  Text(Bytes text, bool hash_is_fnc1) {
+    if (!hash_is_fnc1 || text.empty() || text[0] != kHash) bytes_[size_++] = kFnc1;
+    for (const std::uint8_t byte : text) bytes_[size_++] = hash_is_fnc1 && byte == kHash ? kFnc1 : byte;
     bytes_[size_] = 0;
   }
   [[nodiscard]] std::size_t size() const { return size_; }
@@ -190,7 +189,7 @@ Fault encode(const Request& request, Component linked_to, Values& values) {
   if (const auto bad = std::ranges::find_if(bytes, is_bad); bad != bytes.end()) {
     return {Reason::bad_linear_character, static_cast<int>(bad - bytes.begin()) + 1, *bad};
   }
-  const Text text(bytes);
+  const Text text(bytes, !request.standard());
   Encoder encoder(text, values);
   while (!encoder.done() && values.count < kMostTextCharacters) encoder.step();
   if (request.standard() && !encoder.done()) return {Reason::gs1_128_too_long, 0, 0, kMostTextCharacters};

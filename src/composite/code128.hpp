@@ -13,6 +13,9 @@ namespace korvex::composite::code128 {
 inline constexpr int kStop = 106;
 inline constexpr int kCharacterModules = 11;
 
+/// FNC1 in a text; in Dialect::korvex32 a hash is FNC1 too.
+inline constexpr std::uint8_t kFnc1 = 0x81;
+
 /// Symbol characters of a text and its start character; what does not fit is left out. After them may come a
 /// linkage character, the check character and the stop character.
 inline constexpr int kMostTextCharacters = 43;

@@ -3,11 +3,12 @@
 #include <string>
 #include <utility>
 
+#include "composite/code128.hpp"
 #include "composite/encodation.hpp"
+#include "composite/item_number.hpp"
 #include "composite/symbologies.hpp"
 #include "core/element_string.hpp"
 #include "korvex/composite.hpp"
-#include "korvex/gs1.hpp"
 
 namespace korvex::composite {
 namespace {
@@ -38,40 +39,36 @@ bool takes_element_strings(Symbology symbology) {
          symbology == Symbology::gs1_128_cc_c;
 }
 
-bool is_ean_upc(Symbology symbology) {
-  return symbology >= Symbology::ean13 && symbology <= Symbology::ean8;
-}
-
-constexpr char kSeparator = static_cast<char>(kFnc1);
-
-Result<std::string> plain_linear_text(Symbology symbology, std::string_view text) {
-  const BracketedText part{"linear component's text", text};
-  if (!gs1::is_bracketed(text)) return std::string(text);
-  if (takes_element_strings(symbology)) return plain_element_string(part, kSeparator);
-  Result<std::string> number = plain_item_number(part);
-  if (!number || !is_ean_upc(symbology)) return number;
-  // The fourteen digits of an EAN/UPC number begin with a zero that is not drawn.
-  if (number->front() != '0') {
-    return Error{Code::bad_data,
-                 "EAN/UPC symbols hold item numbers whose 14 digits begin with 0; this one begins with " +
-                     std::string(1, number->front()) + "."};
+/// Appends both texts in plain form, with a vertical bar between them.
+std::optional<Error> append_plain_texts(const Options& options, std::string_view data, std::string& plain,
+                                        gs1::ElementString* findings) {
+  if (const std::size_t zero = data.find('\0'); zero != std::string_view::npos) {
+    return Error{Code::bad_data, "The data has a byte 0x00 at position " + std::to_string(zero + 1) +
+                                     ", which no symbol of the kind holds."};
   }
-  return number->substr(1);
-}
-
-Result<std::string> plain_component_text(std::string_view text) {
-  if (!gs1::is_bracketed(text)) return std::string(text);
-  return plain_element_string({"2D component's text", text}, kSeparator);
-}
-
-/// Both texts in plain form, with a vertical bar between them.
-Result<std::string> plain_text(const Options& options, std::string_view data) {
   const std::size_t bar = data.find('|');
-  Result<std::string> plain = plain_linear_text(options.symbology, data.substr(0, bar));
-  if (!plain || bar == std::string_view::npos) return plain;
-  const Result<std::string> component = plain_component_text(data.substr(bar + 1));
-  if (!component) return component.error();
-  return *plain + '|' + *component;
+  const std::string_view linear = data.substr(0, bar);
+  if (takes_element_strings(options.symbology)) {
+    // GS1-128 has # as a character of data, and a byte of its own for FNC1; the others have # for FNC1 alone.
+    const bool is_expanded = options.symbology == Symbology::databar_expanded;
+    const Gs1Reading reading{.checking = options.gs1_checking,
+                             .separator = static_cast<char>(is_expanded ? kFnc1 : code128::kFnc1),
+                             .separator_is_no_data = is_expanded,
+                             .findings = findings};
+    const std::string_view name = bar == std::string_view::npos ? "data" : "linear component's text";
+    if (auto error = append_plain({linear, name}, reading, plain)) return error;
+  } else if (auto error = append_item_number(options.symbology, linear, plain)) {
+    return error;
+  }
+  if (bar == std::string_view::npos) return std::nullopt;
+  plain.push_back('|');
+  const std::string_view component = data.substr(bar + 1);
+  if (component.empty()) return std::nullopt;
+  const Gs1Reading reading{.checking = options.gs1_checking,
+                           .separator = static_cast<char>(kFnc1),
+                           .separator_is_no_data = true,
+                           .findings = findings};
+  return append_plain({component, "2D component's text"}, reading, plain);
 }
 
 Result<Symbol> encode_with_details(const Options& options, std::string_view data, Details* details) {
@@ -80,10 +77,13 @@ Result<Symbol> encode_with_details(const Options& options, std::string_view data
     return Error{Code::bad_data, "There is no data for the linear component; it needs at least a character."};
   }
   std::string plain;
-  if (options.dialect == Dialect::standard && data.find('(') != std::string_view::npos) {
-    Result<std::string> text = plain_text(options, data);
-    if (!text) return text.error();
-    plain = *std::move(text);
+  if (options.dialect == Dialect::standard) {
+    plain.reserve(data.size());
+    gs1::ElementString findings;
+    if (auto error = append_plain_texts(options, data, plain, details == nullptr ? nullptr : &findings)) {
+      return *std::move(error);
+    }
+    if (details != nullptr) details->warnings = std::move(findings.warnings);
     data = plain;
   }
   if (data.size() > static_cast<std::size_t>(kMaxTextBytes)) {

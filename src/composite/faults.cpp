@@ -9,35 +9,6 @@
 namespace korvex::composite {
 namespace {
 
-std::string name_of(Symbology symbology) {
-  switch (symbology) {
-    case Symbology::databar:
-      return "GS1 DataBar Omnidirectional";
-    case Symbology::databar_truncated:
-      return "GS1 DataBar Truncated";
-    case Symbology::databar_stacked:
-      return "GS1 DataBar Stacked";
-    case Symbology::databar_stacked_omni:
-      return "GS1 DataBar Stacked Omnidirectional";
-    case Symbology::databar_limited:
-      return "GS1 DataBar Limited";
-    case Symbology::databar_expanded:
-      return "GS1 DataBar Expanded";
-    case Symbology::ean13:
-      return "EAN-13";
-    case Symbology::upce:
-      return "UPC-E";
-    case Symbology::upca:
-      return "UPC-A";
-    case Symbology::ean8:
-      return "EAN-8";
-    case Symbology::gs1_128:
-    case Symbology::gs1_128_cc_c:
-      return "GS1-128";
-  }
-  return {};
-}
-
 constexpr const char* kElementCharacters =
     "digits, letters, space, !\"%&'()*+,-./:;<=>?_ and # for FNC1 are allowed";
 
@@ -138,6 +109,35 @@ Code code_of(Reason reason) {
 }
 
 }  // namespace
+
+std::string name_of(Symbology symbology) {
+  switch (symbology) {
+    case Symbology::databar:
+      return "GS1 DataBar Omnidirectional";
+    case Symbology::databar_truncated:
+      return "GS1 DataBar Truncated";
+    case Symbology::databar_stacked:
+      return "GS1 DataBar Stacked";
+    case Symbology::databar_stacked_omni:
+      return "GS1 DataBar Stacked Omnidirectional";
+    case Symbology::databar_limited:
+      return "GS1 DataBar Limited";
+    case Symbology::databar_expanded:
+      return "GS1 DataBar Expanded";
+    case Symbology::ean13:
+      return "EAN-13";
+    case Symbology::upce:
+      return "UPC-E";
+    case Symbology::upca:
+      return "UPC-A";
+    case Symbology::ean8:
+      return "EAN-8";
+    case Symbology::gs1_128:
+    case Symbology::gs1_128_cc_c:
+      return "GS1-128";
+  }
+  return {};
+}
 
 Error describe(const Fault& fault, const Request& request) {
   return {code_of(fault.reason), sentence(fault, request)};

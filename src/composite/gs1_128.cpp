@@ -83,6 +83,7 @@ Fault build_gs1_128(const Request& request, Symbol& symbol, Details* details) {
   }
   if (details != nullptr) {
     details->linear_text.assign(request.linear.begin(), request.linear.end());
+    std::ranges::replace(details->linear_text, static_cast<char>(code128::kFnc1), '#');
     details->linear_values.assign(values.all().begin(), values.all().end());
   }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 
 #include "korvex/composite.hpp"
 
@@ -69,6 +70,9 @@ struct Fault {
 
   explicit operator bool() const { return reason != Reason::none; }
 };
+
+/// What the symbology is called in a sentence.
+std::string name_of(Symbology symbology);
 
 /// The sentence for `fault`, with its code.
 Error describe(const Fault& fault, const Request& request);

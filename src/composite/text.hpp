@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "composite/request.hpp"
+#include "core/check_digit.hpp"
 
 namespace korvex::composite {
 
@@ -27,17 +28,6 @@ inline Fault check_digits(Bytes text, int most) {
     if (!is_digit(text[i])) return {Reason::not_a_digit, static_cast<int>(i) + 1, text[i]};
   }
   return {};
-}
-
-/// The check digit of `digits`, the last of which has the weight 3 (ISO/IEC 15420).
-inline int check_digit(Bytes digits) {
-  int sum = 0;
-  int weight = digits.size() % 2 == 0 ? 1 : 3;
-  for (const std::uint8_t digit : digits) {
-    sum += (digit - '0') * weight;
-    weight = 4 - weight;
-  }
-  return (10 - sum % 10) % 10;
 }
 
 }  // namespace korvex::composite

@@ -1,192 +1,232 @@
 #include "core/element_string.hpp"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
-#include <optional>
+#include <cstddef>
 #include <utility>
-#include <vector>
 
-#include "korvex/gs1.hpp"
+#include "core/gs1_checks.hpp"
+#include "core/gs1_identifiers.hpp"
+#include "core/shown.hpp"
 
 namespace korvex {
 namespace {
+
+constexpr std::string_view kSeparatorName = "{GS}";
+constexpr char kHash = '#';
+constexpr std::string_view kIdentifierWithHash = "8010";  // of whose data # is a character
 
 bool is_digit(char character) {
   return character >= '0' && character <= '9';
 }
 
-/// The characters of element strings, and the space, which GS1 DataBar Expanded has as well.
-bool is_allowed(char character) {
-  constexpr std::string_view kOthers = "!\"%&'()*+,-./:;<=>?_ ";
-  return is_digit(character) || (character >= 'A' && character <= 'Z') ||
-         (character >= 'a' && character <= 'z') || kOthers.find(character) != std::string_view::npos;
-}
-
-/// The check digit of `digits`, the last of which has the weight 3.
-char check_digit(std::string_view digits) {
-  int sum = 0;
-  int weight = digits.size() % 2 == 0 ? 1 : 3;
-  for (const char digit : digits) {
-    sum += (digit - '0') * weight;
-    weight = 4 - weight;
-  }
-  return static_cast<char>('0' + (10 - sum % 10) % 10);
-}
-
-enum class Kind : std::uint8_t {
-  fixed_digits,
-  check_digit,  ///< fixed digits, the last of which is the check digit of the others
-  variable,
-};
-
-/// Application identifiers by their first two digits.
-struct Identifiers {
-  int first;
-  int last;
-  int digits;
-  Kind kind;
-  int most;  ///< characters of data
-};
-
-// GS1 General Specifications, section 3: number of digits and longest field; fields of fixed length are those
-// of the list in section 7 that never need FNC1.
-constexpr auto kIdentifiers = std::to_array<Identifiers>({
-    {0, 0, 2, Kind::check_digit, 18},   {1, 3, 2, Kind::check_digit, 14},
-    {4, 4, 2, Kind::fixed_digits, 16},  {10, 10, 2, Kind::variable, 20},
-    {11, 19, 2, Kind::fixed_digits, 6}, {20, 20, 2, Kind::fixed_digits, 2},
-    {21, 22, 2, Kind::variable, 20},    {23, 25, 3, Kind::variable, 30},
-    {30, 30, 2, Kind::variable, 8},     {31, 36, 4, Kind::fixed_digits, 6},
-    {37, 37, 2, Kind::variable, 8},     {39, 39, 4, Kind::variable, 18},
-    {40, 40, 3, Kind::variable, 30},    {41, 41, 3, Kind::check_digit, 13},
-    {42, 42, 3, Kind::variable, 20},    {43, 43, 4, Kind::variable, 70},
-    {70, 70, 4, Kind::variable, 30},    {71, 71, 3, Kind::variable, 20},
-    {72, 72, 4, Kind::variable, 30},    {80, 82, 4, Kind::variable, 90},
-    {90, 90, 2, Kind::variable, 30},    {91, 99, 2, Kind::variable, 90},
-});
-
-const Identifiers* find_identifiers(std::string_view identifier) {
-  const int number = (identifier[0] - '0') * 10 + identifier[1] - '0';
-  const auto found = std::ranges::find_if(
-      kIdentifiers, [number](const Identifiers& row) { return row.first <= number && number <= row.last; });
-  return found == kIdentifiers.end() ? nullptr : &*found;
-}
-
-struct Element {
+/// An element string where it stands in the text.
+struct Place {
   std::string_view identifier;
   std::string_view data;
-  std::size_t position;  ///< of the data, from 1
-  const Identifiers* rules;
+  std::size_t identifier_at = 0;
+  std::size_t data_at = 0;
 };
 
-Error wrong(std::string message) {
-  return {Code::bad_data, std::move(message)};
-}
+class Reader {
+ public:
+  Reader(const Gs1Text& text, const Gs1Reading& reading, std::string& plain)
+      : text_(text.text), name_(text.name), reading_(reading), plain_(plain), start_(plain.size()) {}
 
-std::string bracketed(std::string_view identifier) {
-  return std::string(1, '(').append(identifier) + ')';
-}
-
-/// Digits of the bracketed identifier at `index`, 0 when none stands there. It has 2 to 4 digits; any other
-/// bracket is data.
-std::size_t identifier_digits(std::string_view text, std::size_t index) {
-  if (text[index] != '(') return 0;
-  std::size_t digits = 0;
-  while (index + 1 + digits < text.size() && is_digit(text[index + 1 + digits])) ++digits;
-  const bool closed = index + 1 + digits < text.size() && text[index + 1 + digits] == ')';
-  return closed && digits >= 2 && digits <= 4 ? digits : 0;
-}
-
-std::optional<Error> check_data(const Element& element) {
-  const Identifiers& rules = *element.rules;
-  const std::string name = bracketed(element.identifier);
-  const auto size = static_cast<int>(element.data.size());
-  if (rules.kind == Kind::variable) {
-    if (size < 1 || size > rules.most) {
-      return wrong(name + " takes 1 to " + std::to_string(rules.most) + " characters; " +
-                   std::to_string(size) + " given.");
+  std::optional<Error> read() {
+    if (text_.empty() || separator_at(0) == text_.size()) {
+      complain("The " + std::string(name_) + " is empty; it takes element strings such as (10)AB-123.");
+    } else if (gs1::is_bracketed(text_)) {
+      read_bracketed();
+    } else {
+      read_plain();
     }
-    const auto bad = std::ranges::find_if_not(element.data, is_allowed);
-    if (bad != element.data.end()) {
-      const auto position = element.position + static_cast<std::size_t>(bad - element.data.begin());
-      return wrong(name + " cannot hold the character at position " + std::to_string(position) +
-                   "; letters, digits, space and !\"%&'()*+,-./:;<=>?_ are allowed.");
-    }
-    return std::nullopt;
+    return std::move(error_);
   }
-  if (size != rules.most || !std::ranges::all_of(element.data, is_digit)) {
-    return wrong(name + " takes exactly " + std::to_string(rules.most) + " digits; \"" +
-                 std::string(element.data) + "\" given.");
-  }
-  if (rules.kind == Kind::check_digit) {
-    const char expected = check_digit(element.data.substr(0, element.data.size() - 1));
-    if (element.data.back() != expected) {
-      return wrong("The check digit " + std::string(1, element.data.back()) + " of " + name +
-                   " is wrong: these digits have the check digit " + std::string(1, expected) + ".");
-    }
-  }
-  return std::nullopt;
-}
 
-Result<std::vector<Element>> parse(BracketedText part) {
-  const std::string_view text = part.text;
-  std::vector<Element> elements;
-  for (std::size_t index = 0; index < text.size();) {
-    const std::size_t digits = identifier_digits(text, index);
-    if (digits == 0) {
-      return wrong("An application identifier of 2 to 4 digits in brackets is due at position " +
-                   std::to_string(index + 1) + " of the " + std::string(part.name) + ".");
+ private:
+  /// Whether to go on all the same.
+  bool complain(std::string sentence) {
+    complained_ = true;
+    if (reading_.checking == gs1::Checking::strict) return refuse(std::move(sentence));
+    if (reading_.findings != nullptr) reading_.findings->warnings.push_back(std::move(sentence));
+    return true;
+  }
+  bool refuse(std::string sentence) {
+    error_ = Error{Code::bad_data, std::move(sentence)};
+    return false;
+  }
+  [[nodiscard]] std::string at(std::size_t index) const {
+    return " at position " + std::to_string(index + 1) + " of the " + std::string(name_);
+  }
+
+  // ---- bracketed ----
+
+  /// Digits of the bracketed identifier at `index`, 0 when none stands there. It has 2 to 4 digits; any other
+  /// bracket is data.
+  [[nodiscard]] std::size_t identifier_digits(std::size_t index) const {
+    if (text_[index] != text_.front()) return 0;
+    const char close = text_.front() == '(' ? ')' : ']';
+    std::size_t end = index + 1;
+    while (end < text_.size() && is_digit(text_[end])) ++end;
+    const std::size_t digits = end - index - 1;
+    return end < text_.size() && text_[end] == close && digits >= 2 && digits <= 4 ? digits : 0;
+  }
+
+  void read_bracketed() {
+    if (identifier_digits(0) == 0) {
+      if (complain("An application identifier of 2 to 4 digits in brackets is due" + at(0) + ".")) {
+        append_as_it_stands();
+      }
+      return;
     }
-    Element element;
-    element.identifier = text.substr(index + 1, digits);
-    element.rules = find_identifiers(element.identifier);
-    if (element.rules == nullptr || static_cast<std::size_t>(element.rules->digits) != digits) {
-      return wrong(bracketed(element.identifier) + " at position " + std::to_string(index + 1) + " of the " +
-                   std::string(part.name) + " is no application identifier.");
+    for (std::size_t index = 0; index < text_.size();) {
+      const std::size_t digits = identifier_digits(index);
+      Place place{text_.substr(index + 1, digits), {}, index, index + digits + 2};
+      index = place.data_at;
+      while (index < text_.size() && identifier_digits(index) == 0) ++index;
+      place.data = text_.substr(place.data_at, index - place.data_at);
+      if (!take(place)) return;
     }
-    index += digits + 2;
+  }
+
+  // ---- plain ----
+
+  /// Characters of the separator at `index`; 0: there is none.
+  [[nodiscard]] std::size_t separator_at(std::size_t index, bool hash_separates = true) const {
+    const char c = text_[index];
+    if (c == gs1::kSeparator || (c == kHash && hash_separates)) return 1;
+    return c == '{' && text_.substr(index).starts_with(kSeparatorName) ? kSeparatorName.size() : 0;
+  }
+
+  /// The element string at `index`, as far as its predefined length or the next separator.
+  [[nodiscard]] Place place_at(std::size_t index) const {
+    const gs1::Prefix* const prefix = gs1::find_prefix(text_.substr(index));
+    const std::size_t digits = prefix == nullptr ? 0 : prefix->digits;
+    const bool hash_separates = text_.substr(index, digits) != kIdentifierWithHash;
+    std::size_t most = text_.size();
+    if (prefix != nullptr && prefix->predefined != 0) most = std::min(most, index + prefix->predefined);
     std::size_t end = index;
-    while (end < text.size() && identifier_digits(text, end) == 0) ++end;
-    element.data = text.substr(index, end - index);
-    element.position = index + 1;
-    if (std::optional<Error> error = check_data(element)) return *std::move(error);
-    elements.push_back(element);
-    index = end;
+    while (end < most && separator_at(end, hash_separates) == 0) ++end;
+    const std::size_t data = std::min(index + digits, end);
+    return {text_.substr(index, data - index), text_.substr(data, end - data), index, data};
   }
-  return elements;
-}
+  /// Where the next one begins.
+  [[nodiscard]] std::size_t behind(const Place& place) const {
+    const std::size_t end = place.data_at + place.data.size();
+    return end < text_.size() ? end + separator_at(end) : end;
+  }
+
+  void read_plain() {
+    for (std::size_t index = separator_at(0); index < text_.size();) {
+      const Place place = place_at(index);
+      if (!take(place)) return;
+      index = behind(place);
+    }
+    if (complained_) append_as_it_stands();
+  }
+
+  /// Separators where they are, and no others.
+  void append_as_it_stands() {
+    plain_.resize(start_);
+    for (std::size_t index = 0; index < text_.size();) {
+      const Place place = place_at(index);
+      plain_.append(place.identifier).append(place.data);
+      index = behind(place);
+      if (index > place.data_at + place.data.size()) plain_.push_back(reading_.separator);
+    }
+  }
+
+  // ---- both ----
+
+  bool take(const Place& place) {
+    const gs1::IdentifierRow* const row = gs1::find_identifier(place.identifier);
+    if (row == nullptr && !complain(unknown(place))) return false;
+    if (row != nullptr) {
+      const std::string fault = gs1::fault_of(*row, place.data, place.data_at + 1);
+      if (!fault.empty() &&
+          !complain("(" + std::string(place.identifier) + ")" + at(place.identifier_at) + fault)) {
+        return false;
+      }
+    }
+    if (reading_.separator_is_no_data && place.data.find(reading_.separator) != std::string_view::npos) {
+      return refuse("The symbol has no " + shown(reading_.separator) + " for the data of (" +
+                    std::string(place.identifier) + ")" + at(place.identifier_at) +
+                    "; GS1-128, GS1 DataMatrix and GS1 QR Code have. A separator behind them is {GS}.");
+    }
+    if (separate_) plain_.push_back(reading_.separator);
+    plain_.append(place.identifier).append(place.data);
+    const gs1::Prefix* const prefix = gs1::find_prefix(place.identifier);
+    separate_ = prefix == nullptr || prefix->predefined == 0;
+    if (reading_.findings != nullptr) {
+      reading_.findings->elements.push_back({std::string(place.identifier), std::string(place.data),
+                                             row == nullptr ? std::string_view() : row->title});
+    }
+    return true;
+  }
+
+  [[nodiscard]] std::string unknown(const Place& place) const {
+    if (gs1::is_bracketed(text_)) {
+      return "(" + std::string(place.identifier) + ")" + at(place.identifier_at) +
+             " is no application identifier.";
+    }
+    return "An application identifier is due" + at(place.identifier_at) + "; " +
+           gs1::excerpt(text_.substr(place.identifier_at, 4)) +
+           " begins with none. A separator such as {GS} ends a field of variable length.";
+  }
+
+  std::string_view text_;
+  std::string_view name_;
+  const Gs1Reading& reading_;
+  std::string& plain_;
+  std::size_t start_;      // of the plain form
+  bool separate_ = false;  // before the next element
+  bool complained_ = false;
+  std::optional<Error> error_;
+};
 
 }  // namespace
 
-Result<std::string> plain_element_string(BracketedText part, char separator) {
-  const Result<std::vector<Element>> elements = parse(part);
-  if (!elements) return elements.error();
+std::optional<Error> append_plain(const Gs1Text& text, const Gs1Reading& reading, std::string& plain) {
+  return Reader(text, reading, plain).read();
+}
+
+Result<std::string> plain_element_string(std::span<const std::uint8_t> data, gs1::Checking checking) {
   std::string plain;
-  bool separate = false;
-  for (const Element& element : *elements) {
-    if (separate) plain.push_back(separator);
-    plain.append(element.identifier).append(element.data);
-    separate = element.rules->kind == Kind::variable;
-  }
+  plain.reserve(data.size());
+  const std::string_view text(reinterpret_cast<const char*>(data.data()), data.size());
+  if (auto error = append_plain({text}, {.checking = checking}, plain)) return *std::move(error);
   return plain;
 }
 
-Result<std::string> plain_item_number(BracketedText part) {
-  const Result<std::vector<Element>> elements = parse(part);
-  if (!elements) return elements.error();
-  if (elements->size() != 1 || elements->front().identifier != "01") {
-    return wrong("The " + std::string(part.name) + " is one item number, (01) and its 14 digits; other " +
-                 "identifiers go into the 2D component.");
+namespace gs1 {
+
+Result<ElementString> parse(std::string_view text, Checking checking) {
+  ElementString result;
+  std::string plain;
+  if (auto error = append_plain({text}, {.checking = checking, .findings = &result}, plain)) {
+    return *std::move(error);
   }
-  return std::string(elements->front().data.substr(0, elements->front().data.size() - 1));
+  result.plain = std::move(plain);
+  return result;
 }
 
-bool gs1::is_bracketed(std::string_view text) {
-  return text.starts_with('(');
+Result<std::string> element_string(std::string_view text) {
+  std::string plain;
+  if (auto error = append_plain({text}, {}, plain)) return *std::move(error);
+  return plain;
 }
 
-Result<std::string> gs1::element_string(std::string_view bracketed) {
-  return plain_element_string({"data", bracketed}, gs1::kSeparator);
+std::string bracketed(const std::vector<Element>& elements) {
+  std::string text;
+  for (const Element& element : elements) {
+    text.append("(").append(element.identifier).append(")").append(element.data);
+  }
+  return text;
 }
 
+bool is_bracketed(std::string_view text) {
+  return text.starts_with('(') || text.starts_with('[');
+}
+
+}  // namespace gs1
 }  // namespace korvex

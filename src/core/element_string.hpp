@@ -1,26 +1,35 @@
-// Element strings with bracketed application identifiers (GS1 General Specifications).
+// Element strings in all the forms in which people write them (GS1 General Specifications).
 #pragma once
 
+#include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
+#include "korvex/gs1.hpp"
 #include "korvex/result.hpp"
 
 namespace korvex {
 
-/// A bracketed text, and what to call it in a sentence.
-struct BracketedText {
-  std::string_view name;
+/// A text that somebody gave, and what to call it in a sentence.
+struct Gs1Text {
   std::string_view text;
+  std::string_view name = "data";
 };
 
-/// Turns a bracketed text into the plain form: identifiers and data one after another, `separator` behind a
-/// field of variable length that another one follows. Identifiers must have the number of digits that their
-/// first two digits ask for; lengths and check digits of fixed fields must be right, others not too long.
-Result<std::string> plain_element_string(BracketedText part, char separator);
+/// How it is read, and what the plain form is like.
+struct Gs1Reading {
+  gs1::Checking checking = gs1::Checking::strict;
+  char separator = gs1::kSeparator;        ///< in the plain form
+  bool separator_is_no_data = false;       ///< data that have the separator as a character are refused
+  gs1::ElementString* findings = nullptr;  ///< its elements and warnings are appended to when it is there
+};
 
-/// Turns a bracketed text that must be (01) and 14 digits into these, without the check digit, which is
-/// verified.
-Result<std::string> plain_item_number(BracketedText part);
+/// Appends the plain form of `text`, read as gs1::parse() says, to `plain`. Returns what is wrong with it.
+std::optional<Error> append_plain(const Gs1Text& text, const Gs1Reading& reading, std::string& plain);
+
+/// Bytes of an encoder's caller in the plain form, with gs1::kSeparator for FNC1.
+Result<std::string> plain_element_string(std::span<const std::uint8_t> data, gs1::Checking checking);
 
 }  // namespace korvex

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "core/element_string.hpp"
 #include "datamatrix/construction.hpp"
 #include "datamatrix/encodation.hpp"
 #include "datamatrix/error_correction.hpp"
@@ -33,6 +34,19 @@ Error describe(const Fault& fault, const Options& options, std::size_t data_byte
   return {Code::no_symbol, "The data of " + std::to_string(data_bytes) + " bytes does not fit a symbol of " +
                                name_of(largest.rows, largest.columns) + " modules, which holds " +
                                std::to_string(largest.data_codewords) + " codewords."};
+}
+
+/// Element strings in plain form. Escaped FNC1 are separators; other escapes stay for read_message().
+Result<std::string> plain_form(const Options& options, std::span<const std::uint8_t> data) {
+  if (!options.fnc1_escape) return plain_element_string(data, options.gs1_checking);
+  std::vector<std::uint8_t> bytes;
+  for (std::size_t at = 0; at < data.size(); ++at) {
+    const int next = data[at] == kEsc && at + 1 < data.size() ? data[at + 1] : 0;
+    if (next == kEsc) bytes.push_back(data[at++]);
+    if (next == '1') ++at;
+    bytes.push_back(next == '1' ? static_cast<std::uint8_t>(gs1::kSeparator) : data[at]);
+  }
+  return plain_element_string(bytes, options.gs1_checking);
 }
 
 std::vector<Segment> filled_segments(const Plan& plan) {
@@ -71,6 +85,13 @@ Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data
   if (data.size() > static_cast<std::size_t>(kMaxDataBytes)) {
     return Error{Code::no_symbol, "The data has " + std::to_string(data.size()) + " bytes; at most " +
                                       std::to_string(kMaxDataBytes) + " are allowed."};
+  }
+  std::string plain;
+  if (options.gs1) {
+    Result<std::string> read = plain_form(options, data);
+    if (!read) return read.error();
+    plain = *std::move(read);
+    data = std::span(reinterpret_cast<const std::uint8_t*>(plain.data()), plain.size());
   }
   Drawing drawing;
   if (const Fault fault = draw(options, data, drawing)) return describe(fault, options, data.size());

@@ -5,7 +5,6 @@
 namespace korvex::datamatrix {
 namespace {
 
-constexpr std::uint8_t kEsc = 0x1B;
 constexpr std::uint8_t kGroupSeparator = 0x1D;
 
 Fault read_escapes(std::span<const std::uint8_t> data, bool gs1, Message& message) {

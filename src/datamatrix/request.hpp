@@ -16,6 +16,9 @@ using Character = std::uint16_t;
 inline constexpr Character kFnc1 = 256;
 inline constexpr int kCharacterCount = 257;
 
+/// Begins an escape by the option fnc1_escape.
+inline constexpr std::uint8_t kEsc = 0x1B;
+
 /// The bytes, and FNC1 in front of GS1 data.
 inline constexpr int kMaxCharacters = kMaxDataBytes + 1;
 

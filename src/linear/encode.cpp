@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/element_string.hpp"
 #include "korvex/linear.hpp"
 #include "linear/request.hpp"
 #include "linear/symbologies.hpp"
@@ -104,6 +105,13 @@ Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data
   if (data.size() > static_cast<std::size_t>(kMaxDataBytes)) {
     return Error{Code::no_symbol, "The data has " + std::to_string(data.size()) + " bytes; at most " +
                                       std::to_string(kMaxDataBytes) + " are allowed."};
+  }
+  std::string plain;
+  if (options.gs1 && options.dialect == Dialect::standard) {
+    Result<std::string> read = plain_element_string(data, options.gs1_checking);
+    if (!read) return read.error();
+    plain = *std::move(read);
+    data = std::span(reinterpret_cast<const std::uint8_t*>(plain.data()), plain.size());
   }
 
   ExplicitWidths widths;

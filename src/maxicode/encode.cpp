@@ -41,8 +41,9 @@ std::optional<Error> check_postal_code(const Options& options) {
   const auto allowed = [](char character) {
     return is_digit(character) || (character >= 'A' && character <= 'Z') || character == ' ';
   };
-  const bool fits = any ? code.size() == kPostalCharacters
-                        : !code.empty() && code.size() <= kPostalCharacters && std::ranges::all_of(code, allowed);
+  const bool fits =
+      any ? code.size() == kPostalCharacters
+          : !code.empty() && code.size() <= kPostalCharacters && std::ranges::all_of(code, allowed);
   if (fits) return std::nullopt;
   return bad(Code::bad_data,
              "The postal code is " + quoted(code) +

@@ -3,6 +3,7 @@
 #include <climits>
 #include <memory>
 
+#include "core/element_string.hpp"
 #include "qr/checks.hpp"
 #include "qr/encodation.hpp"
 #include "qr/error_correction.hpp"
@@ -98,6 +99,12 @@ Result<Symbol> smallest_rmqr(Options options, std::span<const std::uint8_t> data
 
 Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data, Analysis& analysis) {
   if (auto fault = find_fault(options, data)) return *std::move(fault);
+  if (options.type == SymbolType::gs1 && options.dialect == Dialect::standard) {
+    const Result<std::string> plain = plain_element_string(data, options.gs1_checking);
+    if (!plain) return plain.error();
+    const std::span bytes(reinterpret_cast<const std::uint8_t*>(plain->data()), plain->size());
+    return encode_checked(options, bytes, analysis);
+  }
   if (options.type != SymbolType::rmqr) return encode_checked(options, data, analysis);
   if (options.rmqr_rows != 0) return encode_checked(options, data, analysis);
   if (options.version == 0) return smallest_rmqr(options, data, analysis);

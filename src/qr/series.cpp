@@ -81,6 +81,7 @@ Result<std::vector<Symbol>> encode_series(const Options& options, std::span<cons
   // What is left to fail is the length of the data.
   Result<Symbol> alone = encode(options, data);
   if (alone) return std::vector<Symbol>{std::move(alone).value()};
+  if (alone.error().code == Code::bad_data) return alone.error();
   for (int count = 2; count < kMostSymbols; ++count) {
     if (auto series = encode_parts(options, data, count)) return series;
   }
