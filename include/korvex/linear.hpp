@@ -125,7 +125,8 @@ struct Symbol {
 /// Dialect::korvex32 draws what Korvex_Bit draws:
 /// - MSI has a gap between its characters, and with the ratio 5:2 its and Code 11's are two modules wide;
 /// - the one wide element of Code 11's 0, 9 and - has three modules, where all wide elements have two;
-/// - Codabar and Code 39 data bring their own start and stop characters; Codabar may hold blanks;
+/// - Codabar and Code 39 data bring their own start and stop characters: the first and the last character are
+///   drawn whatever they are, and more of them may stand in between; Codabar may hold blanks;
 /// - EAN/UPC check digits that are supplied stand unverified, 11 digits for EAN-13 are a UPC-A number,
 ///   and the text of an EAN-13 symbol that begins with 0 is that of UPC-A;
 /// - UPC-E takes 6 digits and SSCC-18 takes 17, without check digit;

@@ -38,6 +38,7 @@ struct Symbol {
 [[nodiscard]] KORVEX_API int capacity_bytes(int size, Correction correction);
 
 /// Encodes `data` as one symbol. A reader gets the data followed by the zero bytes that fill the symbol.
+/// There is one form of it, for the exports and here.
 ///
 /// Errors: bad_parameter for a size or a correction that there is not; no_symbol when the data does not fit
 /// into the size asked for, or into the largest.

@@ -78,6 +78,14 @@ constexpr bool micro_layouts_are_sound() {
     // The left pattern tells the row, so its numbers do not start again; the others run on from 51 to 0.
     if (layout.left + layout.rows > static_cast<int>(kRowAddresses)) return false;
     if (!layout.has_centre() && layout.centre != 0) return false;
+    // The centre stands in the middle between the sides, and 3 and 4 columns of as many rows are alike.
+    const auto steps = [](int from, int to) { return (to - from + kRowAddresses) % kRowAddresses; };
+    if (layout.has_centre() && steps(layout.left, layout.centre) != steps(layout.centre, layout.right))
+      return false;
+    for (const MicroLayout& other : kMicroLayouts) {
+      if (!layout.has_centre() || !other.has_centre() || other.rows != layout.rows) continue;
+      if (other.left != layout.left || other.centre != layout.centre) return false;
+    }
     if (layout.check_codewords < 7 || layout.data_codewords() < 4) return false;
   }
   return kMicroLayouts.size() == 34;

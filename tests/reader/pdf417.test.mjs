@@ -1,7 +1,7 @@
 // PDF417, truncated PDF417 and MicroPDF417 through the reader, from the PNG files that people get.
 import assert from 'node:assert/strict';
 import { test } from 'node:test';
-import { bytesOf, Random, readBack } from './reader.mjs';
+import { bytesOf, draw, Random, readBack } from './reader.mjs';
 
 const alphabets = [
   'ABCDEFGHIJKLMNOPQRSTUVWXYZ ',
@@ -90,4 +90,22 @@ test('every length of digits, text and bytes in MicroPDF417', async () => {
       await check('micropdf417', random.string(alphabet, length), ['--row-height', '4']);
     }
   }
+});
+
+/** As much of `data` as there is room for: a refusal says how many bytes that is. */
+async function cutToFit(name, data, options) {
+  for (;;) {
+    const refusal = await draw(name, data, options).then(() => null, (error) => error.message);
+    if (refusal === null) return data;
+    const fit = Number(/the first (\d+) fit/.exec(refusal)?.[1]);
+    data = data.slice(0, Math.min(fit, data.length - 1));
+  }
+}
+
+test('mixed messages cut to the last byte that fits', async () => {
+  const random = new Random(6);
+  const sizes = microSizes.map(([columns, rows]) => ['micropdf417', ['--columns', `${columns}`, '--rows', `${rows}`, '--row-height', '4']]);
+  for (let level = 0; level <= 8; level += 4) sizes.push(['pdf417', ['--level', `${level}`]]);
+  for (let rows = 5; rows < 30; ++rows) sizes.push(['pdf417-truncated', ['--columns', '2', '--rows', `${rows}`, '--level', '1']]);
+  for (const [name, options] of sizes) await check(name, await cutToFit(name, mixture(random, 1200), options), options);
 });
