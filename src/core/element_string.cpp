@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/shown.hpp"
 #include "korvex/gs1.hpp"
 
 namespace korvex {
@@ -115,8 +116,8 @@ std::optional<Error> check_data(const Element& element) {
     return std::nullopt;
   }
   if (size != rules.most || !std::ranges::all_of(element.data, is_digit)) {
-    return wrong(name + " takes exactly " + std::to_string(rules.most) + " digits; \"" +
-                 std::string(element.data) + "\" given.");
+    return wrong(name + " takes exactly " + std::to_string(rules.most) + " digits; " + quoted(element.data) +
+                 " given.");
   }
   if (rules.kind == Kind::check_digit) {
     const char expected = check_digit(element.data.substr(0, element.data.size() - 1));
