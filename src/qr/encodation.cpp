@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "qr/private_segment.hpp"
+#include "qr/secret.hpp"
 
 namespace korvex::qr {
 namespace {
@@ -144,7 +145,10 @@ void write_data_codewords(const Options& options, int version, const Stream& pub
   // All of it, also where it passes the end of the data: what is too much is cut below.
   bits.put(0, terminator_bits(options.type, version));
   bits.flush();
-  if (private_stream != nullptr) put_private_segment(options, version, *private_stream, bits);
+  if (private_stream != nullptr) {
+    put_private_segment(options, version, *private_stream, bits);
+    wipe_stack_below();
+  }
 
   const int data_codewords = capacity(options.type, version, options.level).data_codewords;
   const int used = bits.size_bits() / 8;

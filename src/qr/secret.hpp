@@ -1,6 +1,7 @@
 // Values that leave no trace in memory.
 #pragma once
 
+#include <array>
 #include <cstring>
 #include <type_traits>
 #include <utility>
@@ -14,6 +15,13 @@ namespace korvex::qr {
 inline void wipe(void* place, std::size_t bytes) {
   std::memset(place, 0, bytes);
   asm volatile("" : : "r"(place) : "memory");
+}
+
+/// Overwrites what calls that have returned left on the stack: copies that a compiler made of its own accord
+/// where registers ran out. They must not have been inlined.
+[[gnu::noinline]] inline void wipe_stack_below() {
+  std::array<unsigned char, 8192> below;
+  wipe(below.data(), below.size());
 }
 
 /// Holds a key, or what follows from one, and wipes it at the end of its life.

@@ -172,6 +172,8 @@ TEST(Errors, HelpersAnswerForAnyArgument) {
 
 // A sentence stays one whatever it is about.
 TEST(Errors, ShowLittleOfLongData) {
+  EXPECT_EQ(error_of(gs1::element_string("(01)\x1B" + std::string(31, '1') + "\u202E")).message,
+            "(01) takes exactly 14 digits; \"\\x1B" + std::string(31, '1') + "...\" (35 bytes) given.");
   const std::string postal_code(3000, '\x1B');
   const Error error = error_of(maxicode::encode({.mode = maxicode::Mode::carrier_alphanumeric,
                                                  .postal_code = postal_code,

@@ -1,6 +1,9 @@
 #include "qr/private_segment.hpp"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <algorithm>
 
 #include "qr/des.hpp"
 #include "support.hpp"
@@ -125,6 +128,54 @@ TEST(QrPrivateSegment, VersionHoldsBothStreams) {
   Options fixed_version = append;
   fixed_version.version = 1;
   EXPECT_EQ(version(fixed_version, "77777"), static_cast<int>(Code::no_symbol));
+}
+
+// The key schedule of 133457799BBCDFF1, which textbooks work out step by step. Its halves are the same at the
+// end as at the beginning. Calls run on a stack of ours, and afterwards nothing of all this is there.
+TEST(QrPrivateSegment, LeavesNoKeyOnTheStack) {
+  constexpr std::uint64_t kLeft = 0b1111000011001100101010101111;
+  constexpr std::uint64_t kRight = 0b0101010101100110011110001111;
+  const struct {
+    std::uint64_t value;
+    std::size_t bytes;
+  } secrets[] = {
+      {0x133457799BBCDFF1, 8},
+      {0xF1DFBC9B79573413, 8},
+      {kLeft, 4},
+      {kRight, 4},
+      {kLeft << 28 | kRight, 7},
+      {0b000110110000001011101111111111000111000001110010, 6},  // round 1
+      {0b110010110011110110001011000011100001011111110101, 6},  // round 16
+  };
+  using Call = void (*)(const Options&);
+  for (const Call call :
+       {+[](const Options& options) { EXPECT_TRUE(encode(options, "public")); },
+        +[](const Options& options) { EXPECT_TRUE(encode_series(options, Bytes(200, 'A'), 2)); }}) {
+    const auto key = from_hex("13 34 57 79 9B BC DF F1");
+    const Bytes text = bytes("private");
+    Options options{.private_data = PrivateData{.data = text}};
+    std::ranges::copy(key, options.private_data->key.begin());
+    std::pair<Call, const Options&> task(call, options);
+    alignas(4096) static std::array<std::uint8_t, 1 << 20> stack;
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstack(&attributes, stack.data(), stack.size()), 0);
+    const auto run = [](void* argument) -> void* {
+      const auto& [made, given] = *static_cast<decltype(task)*>(argument);
+      made(given);
+      return nullptr;
+    };
+    pthread_t thread{};
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, &task), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+    EXPECT_NE(std::ranges::count(stack, 0), std::ssize(stack)) << "another stack was used";
+    for (const auto& secret : secrets) {
+      const auto* const bytes = reinterpret_cast<const std::uint8_t*>(&secret.value);
+      const auto found = std::search(stack.begin(), stack.end(), bytes, bytes + secret.bytes);
+      EXPECT_EQ(found, stack.end()) << std::hex << secret.value;
+    }
+  }
 }
 
 }  // namespace
