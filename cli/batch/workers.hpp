@@ -7,7 +7,9 @@
 #include <future>
 #include <memory>
 #include <mutex>
+#include <system_error>
 #include <thread>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -15,8 +17,13 @@ namespace korvex::cli::batch {
 
 class Workers {
  public:
+  /// Fewer where the system has no more; without any, run() does the work.
   explicit Workers(unsigned count) {
-    for (unsigned i = 0; i < count; ++i) threads_.emplace_back([this] { work(); });
+    threads_.reserve(count);
+    try {
+      while (threads_.size() < count) threads_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+    }
   }
   /// What was given and not begun is not done.
   ~Workers() {
@@ -35,6 +42,10 @@ class Workers {
     // std::function wants what can be copied.
     auto packaged = std::make_shared<std::packaged_task<std::invoke_result_t<Task>()>>(std::move(task));
     auto result = packaged->get_future();
+    if (threads_.empty()) {
+      (*packaged)();
+      return result;
+    }
     {
       const std::lock_guard lock(mutex_);
       tasks_.emplace_back([packaged] { (*packaged)(); });

@@ -134,7 +134,7 @@ bool has_brackets(const linear::Options& options, const DrawRequest& request) {
 /// Code 128 carries ISO/IEC 8859-1: text that has a place there goes in as that.
 Result<std::string> data_of(const linear::Options& options, const DrawRequest& request) {
   if (has_brackets(options, request)) return gs1::element_string(request.data);
-  if (options.symbology != linear::Symbology::code128 || request.is_hexadecimal) return request.data;
+  if (options.symbology != linear::Symbology::code128 || request.is_bytes) return request.data;
   return latin_1_of(request.data).value_or(request.data);
 }
 
