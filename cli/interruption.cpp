@@ -48,7 +48,8 @@ Interruptible::Interruptible() {
   sigemptyset(&action.sa_mask);
   for (std::size_t i = 0; i < kSignals.size(); ++i) {
     sigaction(kSignals[i], nullptr, &old_actions[i]);
-    if (old_actions[i].sa_handler != SIG_IGN) sigaction(kSignals[i], &action, nullptr);
+    const bool is_under_nohup = kSignals[i] == SIGHUP && old_actions[i].sa_handler == SIG_IGN;
+    if (!is_under_nohup) sigaction(kSignals[i], &action, nullptr);
   }
 }
 

@@ -6,8 +6,8 @@ namespace korvex::cli {
 /// Thrown by what waits when an end is asked for.
 struct Interrupted {};
 
-/// While one lives, SIGINT, SIGTERM and SIGHUP ask for an end instead of making one (but for those that were
-/// ignored from the start, as under nohup). There is one at a time.
+/// While one lives, SIGINT, SIGTERM and SIGHUP ask for an end instead of making one (but for a SIGHUP that
+/// was ignored from the start, as under nohup). There is one at a time.
 class Interruptible {
  public:
   /// Throws Failure.

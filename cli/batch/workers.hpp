@@ -2,12 +2,14 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
+#include <exception>
 #include <functional>
 #include <future>
 #include <memory>
 #include <mutex>
-#include <system_error>
+#include <new>
 #include <thread>
 #include <type_traits>
 #include <utility>
@@ -20,9 +22,12 @@ class Workers {
   /// Fewer where the system has no more; without any, run() does the work.
   explicit Workers(unsigned count) {
     threads_.reserve(count);
+    // Stacks must not take all addresses where they are limited; what the work needs is held free meanwhile.
+    constexpr std::size_t kForWork = std::size_t{1} << 26;
+    const std::unique_ptr<char[]> held(new (std::nothrow) char[kForWork]);
     try {
       while (threads_.size() < count) threads_.emplace_back([this] { work(); });
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {  // std::system_error, or memory for it ran out
     }
   }
   /// What was given and not begun is not done.

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <new>
 #include <vector>
@@ -123,7 +124,8 @@ void add_rows(Answer& answer, const Surface& surface, Surface::Size painted) {
 /// The most pixels of a picture: more than the largest QR Code symbol has with the largest modules that there
 /// are, 17523 x 17523. In memory, and as text, it takes two gigabytes.
 constexpr std::int64_t kMostPixels = 400'000'000;
-/// In pixels: CC_Encode leaves out rows that are wider.
+/// In pixels: DATA_Encode paints no symbol with a longer side, and CC_Encode leaves out rows that are wider.
+constexpr std::int64_t kLongestDataSide = std::numeric_limits<std::int16_t>::max();
 constexpr std::int64_t kWidestCompositeRow = 56128;
 
 struct Pixels {
@@ -149,7 +151,8 @@ Pixels large_picture(const Exports& exports, const Request& request, Console& co
     if (module.width * module.height * kMostModules * kMostModules <= kMostPixels) return {};
     record.data.module_width = record.data.module_height = 1;
     const Pixels modules = painted_modules(exports, request, record, console);
-    return {modules.width * module.width, modules.height * module.height};
+    const Pixels pixels{modules.width * module.width, modules.height * module.height};
+    return std::max(pixels.width, pixels.height) > kLongestDataSide ? Pixels{} : pixels;
   }
   if (request.target->name.starts_with("CC_")) {
     constexpr std::int64_t kMostModules = 1000;  // a side, but for the linear component's height
