@@ -7,6 +7,7 @@
 #include "commands.hpp"
 #include "draw_settings.hpp"
 #include "failure.hpp"
+#include "files.hpp"
 #include "formats/formats.hpp"
 #include "options.hpp"
 #include "words.hpp"
@@ -47,9 +48,12 @@ void add_options(CommandLine& line, BatchArguments& arguments) {
                      format_names() + "; may be given again ({id}-{symbology}.png)",
                  "TEMPLATE"});
   line.option("--format", arguments.format, {"Output", "what files are whose names do not say", "FORMAT"});
-  line.option("--report", arguments.report,
-              {"Output", "a line of JSON for every job that failed, and for every warning (DIR/failed.jsonl)",
-               "FILE"});
+  line.option(
+      "--report", arguments.report,
+      {"Output",
+       "a line of JSON for every job that failed, and for every warning (DIR/failed.jsonl); - is standard "
+       "output",
+       "FILE"});
   line.flag("--resume", arguments.resume, {"Output", "go on where an interrupted run into the folder ended"});
   line.option("--threads", arguments.threads, {"Output", "work on so many cores (all)", "N"});
 
@@ -86,6 +90,15 @@ batch::Defaults defaults_of(const BatchArguments& arguments) {
   return defaults;
 }
 
+/// A sheet is a PDF, whatever its name; one that says something else is a mistake.
+void check_sheet_name(const std::string& name) {
+  const std::size_t dot = name.find_last_of("./");
+  if (dot == std::string::npos || name[dot] != '.') return;
+  const Format* const format = find_format(name.substr(dot + 1));
+  if (format == nullptr || format->name == "pdf") return;
+  throw UsageError("A sheet is a PDF; " + printable(name) + " is not written.");
+}
+
 batch::Batch batch_of(const BatchArguments& arguments) {
   if (!arguments.jobs) throw UsageError("No list of jobs is given; korvex batch --help tells more.");
   if (arguments.folder.empty() && arguments.sheet.empty()) {
@@ -96,6 +109,7 @@ batch::Batch batch_of(const BatchArguments& arguments) {
   batch.folder = arguments.folder;
   batch.format = arguments.format;
   batch.defaults = defaults_of(arguments);
+  batch.defaults.list_is_standard_input = is_standard_input(batch.jobs);
   batch.resume = arguments.resume;
   const auto use = [&](const batch::Template& names) {
     for (std::string& name : names.names()) batch.defaults.passed_over.insert(std::move(name));
@@ -106,6 +120,7 @@ batch::Batch batch_of(const BatchArguments& arguments) {
     use(batch.names.emplace_back("--name", name));
   }
   if (!arguments.sheet.empty()) {
+    check_sheet_name(arguments.sheet);
     if (arguments.resume) {
       throw UsageError("A sheet is written in one go; --resume does not go with --sheet.");
     }

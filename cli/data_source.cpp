@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <mutex>
 #include <string_view>
 
 #include "escapes.hpp"
@@ -44,7 +45,13 @@ std::string read_data(const std::optional<std::string>& argument, const std::str
     throw UsageError("The data is given twice, as an argument and with --data-file.");
   }
   if (argument) return *argument;
-  if (!file.empty()) return read_file(file);
+  if (!file.empty()) {
+    // Jobs of a list run side by side: the first that asks gets all of standard input.
+    static std::mutex reading;
+    std::unique_lock lock(reading, std::defer_lock);
+    if (file == "-") lock.lock();
+    return read_file(file);
+  }
   if (isatty(STDIN_FILENO) != 0) {
     throw UsageError(
         "No data is given; it stands behind the symbology, in --data-file or on standard input.");

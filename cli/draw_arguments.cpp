@@ -94,8 +94,13 @@ bool is_flag(std::string_view name) {
 
 /// Takes the symbology's name out of the arguments; options may stand before it.
 std::string take_symbology(std::vector<std::string>& arguments) {
+  bool is_option_over = false;  // behind --
   for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
-    if (!argument->starts_with('-')) {
+    if (!is_option_over && *argument == "--") {
+      is_option_over = true;
+      continue;
+    }
+    if (is_option_over || !argument->starts_with('-')) {
       std::string name = std::move(*argument);
       arguments.erase(argument);
       return name;

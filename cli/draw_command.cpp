@@ -54,7 +54,7 @@ void draw_in_terminal(const Drawing& drawing, const Style& style) {
 int draw(const DrawArguments& arguments) {
   const std::vector<Output> outputs = outputs_of(arguments);
   const Job job{arguments.symbology, arguments.options, arguments.settings,
-                read_data(arguments.data, arguments.data_file)};
+                read_data(arguments.data, arguments.data_file), !arguments.data_file.empty()};
   const DrawnJob drawn = draw_job(job);
   for (const std::string& warning : drawn.drawing.warnings) say(warning);
   for (const std::string& remark : drawn.remarks) say(remark);

@@ -10,6 +10,11 @@ struct Failure : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// What nobody can write to any more, such as a full disk: the end of a whole list, not of one job.
+struct StorageFailure : Failure {
+  using Failure::Failure;
+};
+
 /// A command line (or the options of a job) that asks for something that does not exist: exit status 2.
 struct UsageError : std::runtime_error {
   using std::runtime_error::runtime_error;

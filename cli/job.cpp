@@ -1,6 +1,9 @@
 #include "job.hpp"
 
+#include <algorithm>
 #include <optional>
+#include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "data_source.hpp"
@@ -68,16 +71,37 @@ std::string numbered(const std::string& path, std::size_t number, std::size_t co
   return path.substr(0, end) + "-" + std::to_string(number) + path.substr(end);
 }
 
+/// Whether what stands behind the last point of a name looks like the name of a format.
+bool is_ending(std::string_view text) {
+  constexpr std::size_t kLongest = 5;
+  return !text.empty() && text.size() <= kLongest && std::ranges::all_of(text, [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+  });
+}
+
+/// Whether the data is to blame for a parameter that the library refuses, as it may be for its length: then a
+/// little of it goes with the same options.
+bool is_fault_of_data(const Job& job, DrawRequest request) {
+  constexpr std::size_t kLittle = 100;
+  request.data.resize(std::min(request.data.size(), kLittle));
+  while (!request.data.empty() && (request.data.back() & 0x80) != 0)
+    request.data.pop_back();  // no half character
+  if (request.data.empty()) request.data = "1";
+  const Result<Drawing> result = job.symbology->draw(request);
+  return result || result.error().code != Code::bad_parameter;
+}
+
 }  // namespace
 
 DrawnJob draw_job(const Job& job) {
   const ModuleSize module = module_of(job);
   Style style = style_of(job.settings, module);
-  const DrawRequest request{decoded_data(job.data, job.settings), job.settings.is_hexadecimal, job.options,
-                            module};
+  const DrawRequest request{decoded_data(job.data, job.settings),
+                            job.settings.is_hexadecimal || job.is_data_of_file, job.options, module};
   Result<Drawing> result = job.symbology->draw(request);
   if (!result) {
-    if (result.error().code == Code::bad_parameter) throw UsageError(result.error().message);
+    const bool is_usage = result.error().code == Code::bad_parameter && !is_fault_of_data(job, request);
+    if (is_usage) throw UsageError(result.error().message);
     throw Failure(result.error().message);
   }
   Drawing drawing = std::move(result).value();
@@ -92,6 +116,12 @@ Output output_of(std::string path, const std::string& given) {
   const Format* format = has_ending ? find_format(path.substr(dot + 1)) : nullptr;
   if (format == nullptr && !given.empty()) format = find_format(given);
   if (format != nullptr) return {std::move(path), format};
+  const std::string ending = has_ending ? path.substr(dot + 1) : "";
+  if (is_ending(ending)) {
+    throw UsageError("There is no format \"" + ending + "\", which " + printable(path) +
+                     " asks for; there are " + format_names() +
+                     ", and --format says it of names that do not.");
+  }
   throw UsageError((path == "-" ? "Standard output needs --format"
                                 : "The name " + printable(path) +
                                       " does not say what the file is; give it an ending or --format") +

@@ -19,7 +19,8 @@ struct Job {
   const Symbology* symbology = nullptr;
   OptionValues options;  ///< of the symbology's own options
   DrawSettings settings;
-  std::string data;  ///< as given, before --hex or --escapes
+  std::string data;              ///< as given, before --hex or --escapes
+  bool is_data_of_file = false;  ///< taken byte for byte: bytes, not text
 };
 
 struct DrawnJob {

@@ -1,4 +1,7 @@
 // The korvex command: which of its commands is meant, and what an error looks like.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -79,6 +82,16 @@ int finish(int status) {
   throw Failure("Cannot write standard output: " + std::generic_category().message(errno) + ".");
 }
 
+/// Where a standard stream is closed, the next file that is opened would become it. What is put in its place
+/// can neither be read nor written, so that whoever needs the stream is told.
+void keep_places_of_standard_streams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) >= 0 || errno != EBADF) continue;
+    (void)!open("/dev/null",
+                stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);  // takes the lowest free place, this one
+  }
+}
+
 int complain(const char* sentence, int status) {
   std::fprintf(stderr, "korvex: %s\n", sentence);
   return status;
@@ -89,8 +102,9 @@ int complain(const char* sentence, int status) {
 
 int main(int argc, char** argv) {
   using namespace korvex::cli;
-  std::signal(SIGPIPE,
-              SIG_IGN);  // a reader that went away is an error to report, not a reason to die unheard
+  keep_places_of_standard_streams();
+  // A reader that went away, and a file that is too large, are errors to report, not reasons to die unheard.
+  for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
   try {
     return finish(run(std::vector<std::string>(argv + std::min(argc, 1), argv + argc)));
   } catch (const UsageError& error) {

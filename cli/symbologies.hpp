@@ -18,9 +18,9 @@ namespace korvex::cli {
 /// What a family is asked to draw.
 struct DrawRequest {
   std::string data;
-  bool is_hexadecimal = false;  ///< the data was given as bytes, not as text
-  OptionValues options;         ///< of the symbology's own options
-  ModuleSize module;            ///< for lengths given in millimetres
+  bool is_bytes = false;  ///< the data was given as bytes, not as text
+  OptionValues options;   ///< of the symbology's own options
+  ModuleSize module;      ///< for lengths given in millimetres
 };
 
 /// What came of it.

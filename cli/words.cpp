@@ -109,4 +109,10 @@ std::string printable(std::string_view bytes) {
   return text;
 }
 
+std::string json_reason(std::string_view what) {
+  // "[…] parse error at line 1, column 9: syntax error while …"
+  const std::size_t place = what.find(": ");
+  return printable(place == std::string_view::npos ? what : what.substr(place + 2));
+}
+
 }  // namespace korvex::cli

@@ -25,4 +25,7 @@ std::string decimal(double number, int decimals);
 /// \xhh.
 std::string printable(std::string_view bytes);
 
+/// Why a text is no JSON, from the words of the parser's exception, which have a number and a place in front.
+std::string json_reason(std::string_view what);
+
 }  // namespace korvex::cli

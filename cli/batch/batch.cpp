@@ -3,15 +3,11 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <array>
-#include <atomic>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <deque>
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <future>
 #include <memory>
 #include <utility>
@@ -23,6 +19,7 @@
 #include "call/request.hpp"
 #include "failure.hpp"
 #include "files.hpp"
+#include "interruption.hpp"
 #include "words.hpp"
 
 namespace korvex::cli::batch {
@@ -34,34 +31,13 @@ constexpr std::chrono::milliseconds kBetweenJournals{200};
 constexpr std::size_t kShownFailures = 5;
 constexpr int kExitInterrupted = 130;
 
-std::atomic<bool> interrupted = false;
-static_assert(std::atomic<bool>::is_always_lock_free);
-
-/// While it lives, Ctrl-C asks for an end instead of making one.
-class Interruptible {
- public:
-  Interruptible() {
-    interrupted = false;
-    const auto ask = [](int) { interrupted = true; };
-    for (std::size_t i = 0; i < kSignals.size(); ++i) old_[i] = std::signal(kSignals[i], ask);
-  }
-  ~Interruptible() {
-    for (std::size_t i = 0; i < kSignals.size(); ++i) std::signal(kSignals[i], old_[i]);
-  }
-  Interruptible(const Interruptible&) = delete;
-  Interruptible& operator=(const Interruptible&) = delete;
-
- private:
-  static constexpr std::array kSignals = {SIGINT, SIGTERM};
-  std::array<void (*)(int), kSignals.size()> old_{};
-};
-
 /// What became of a record.
 struct Outcome {
   std::size_t line = 0;
   std::string id;
   std::size_t symbols = 0;
-  std::optional<DrawnJob> drawn;  // for the sheet
+  std::vector<std::string> files;  // by the names that the run knows them by
+  std::optional<DrawnJob> drawn;   // for the sheet
   std::string caption;
   std::vector<std::string> warnings;  // sentences on what was drawn all the same
   std::string error;                  // a sentence; empty when all is well
@@ -77,43 +53,15 @@ std::uint32_t checksum_of(const Record& record, std::uint32_t so_far) {
   };
   add(record.json);
   for (const std::string& cell : record.cells) add(cell);
+  add(record.fault);
   return so_far;
 }
 
-/// The report: a line of JSON for every record that failed, and for every warning.
-class Report {
- public:
-  /// Goes on behind the first `bytes`. Throws Failure.
-  Report(const std::string& path, std::uintmax_t bytes) : path_(path), bytes_(bytes) {
-    std::error_code error;
-    if (bytes > 0) std::filesystem::resize_file(path, bytes, error);
-    if (!error) file_.open(path, std::ios::binary | (bytes > 0 ? std::ios::app : std::ios::trunc));
-    check();
-  }
-  /// `kind` is "error" or "warning".
-  void add(const Outcome& outcome, std::string_view kind, const std::string& sentence) {
-    const std::string text = "{\"line\": " + std::to_string(outcome.line) +
-                             ", \"id\": " + call::json_string(outcome.id) + ", \"" + std::string(kind) +
-                             "\": " + call::json_string(sentence) + "}\n";
-    file_ << text;
-    bytes_ += text.size();
-  }
-  /// Everything is written. Throws Failure.
-  void flush() {
-    file_.flush();
-    check();
-  }
-  [[nodiscard]] std::uintmax_t bytes() const { return bytes_; }
-
- private:
-  void check() const {
-    if (!file_) throw Failure("Cannot write the report " + printable(path_) + ".");
-  }
-
-  std::string path_;
-  std::uintmax_t bytes_;
-  std::ofstream file_;
-};
+/// A line of the report. `kind` is "error" or "warning".
+std::string report_line(const Outcome& outcome, std::string_view kind, const std::string& sentence) {
+  return "{\"line\": " + std::to_string(outcome.line) + ", \"id\": " + call::json_string(outcome.id) +
+         ", \"" + std::string(kind) + "\": " + call::json_string(sentence) + "}\n";
+}
 
 class Run {
  public:
@@ -125,18 +73,24 @@ class Run {
   std::vector<Record> next_records();
   Outcomes draw(const std::vector<Record>& records) const;
   void draw(const Record& record, Outcome& outcome) const;
+  void draw_all();
   void take(Outcomes outcomes);
   void keep_journal(bool now);
   int finish();
   void say_what_failed() const;
+  [[nodiscard]] std::string summary() const;
+  void say_where_it_stopped(const std::string& how);
 
   const Batch& batch_;
   RecordReader reader_;
-  std::string journal_path_;
+  std::string journal_path_;  // empty: there is none
+  std::string names_path_;
   Journal journal_;
+  std::size_t kept_records_ = 0;  // that the journal on the disk knows of
   std::unique_ptr<RunFiles> files_;
   std::unique_ptr<Sheet> sheet_;
-  std::unique_ptr<Report> report_;
+  std::unique_ptr<GrowingFile> report_;
+  std::unique_ptr<GrowingFile> names_;
   std::vector<std::string> shown_failures_;
   std::chrono::steady_clock::time_point journal_time_ = std::chrono::steady_clock::now();
   std::size_t warned_ = 0;  // records of this run that were drawn with warnings
@@ -148,22 +102,31 @@ class Run {
 Run::Run(const Batch& batch) : batch_(batch), reader_(batch.jobs) {
   check_names(batch.defaults, reader_.header());
   journal_.arguments = batch.arguments;
+  std::error_code error;
+  if (std::filesystem::equivalent(batch.report, batch.jobs, error)) {
+    throw UsageError("The report would overwrite the list, " + printable(batch.jobs) + ".");
+  }
   if (!batch.folder.empty()) {
-    std::error_code error;
     std::filesystem::create_directories(batch.folder, error);
     if (error)
       throw Failure("Cannot make the folder " + printable(batch.folder) + ": " + error.message() + ".");
-    files_ = std::make_unique<RunFiles>(batch.folder);
     journal_path_ = batch.folder + "/.korvex-batch.json";
+    names_path_ = batch.folder + "/.korvex-batch.names";
+    // Runs that end by themselves leave neither a journal nor drafts.
+    remove_left_drafts(batch.folder, std::filesystem::exists(journal_path_, error));
   }
-  if (batch.resume) {
-    pass_over_what_is_done();
-  } else if (!journal_path_.empty()) {
-    std::error_code error;
-    std::filesystem::remove(journal_path_, error);  // an earlier run that was interrupted is given up
+  if (batch.resume) pass_over_what_is_done();
+  if (!batch.folder.empty()) {
+    files_ = std::make_unique<RunFiles>(batch.folder, read_names(names_path_, journal_.names_bytes));
+    names_ = std::make_unique<GrowingFile>(names_path_, journal_.names_bytes);
   }
-  if (batch.sheet) sheet_ = std::make_unique<Sheet>(batch.sheet->path, batch.sheet->layout);
-  report_ = std::make_unique<Report>(batch.report, journal_.report_bytes);
+  if (batch.sheet) {
+    const std::string folder = std::filesystem::path(batch.sheet->path).parent_path().string();
+    remove_left_drafts(folder.empty() ? "." : folder, false);
+    sheet_ = std::make_unique<Sheet>(batch.sheet->path, batch.sheet->layout);
+  }
+  report_ = std::make_unique<GrowingFile>(batch.report, journal_.report_bytes);
+  keep_journal(true);
 }
 
 void Run::pass_over_what_is_done() {
@@ -195,7 +158,7 @@ void Run::pass_over_what_is_done() {
 
 std::vector<Record> Run::next_records() {
   std::vector<Record> records;
-  while (records.size() < kRecordsPerTask) {
+  while (records.size() < kRecordsPerTask && (records.empty() || !reader_.must_wait())) {
     std::optional<Record> record = reader_.next();
     if (!record) break;
     records.push_back(std::move(*record));
@@ -218,7 +181,7 @@ void Run::draw(const Record& record, Outcome& outcome) const {
     for (const Template& name : batch_.names) {
       outputs.push_back(output_of(batch_.folder + "/" + name.file_name(fields), batch_.format));
     }
-    files_->write(render(drawn, outputs, job.settings));
+    outcome.files = files_->write(render(drawn, outputs, job.settings));
   }
   if (batch_.sheet) {
     if (batch_.sheet->caption) outcome.caption = printable(batch_.sheet->caption->text(fields));
@@ -234,7 +197,9 @@ Outcomes Run::draw(const std::vector<Record>& records) const {
     try {
       draw(record, outcome);
     } catch (const std::bad_alloc&) {
-      throw;  // of the whole run
+      throw;  // the end of the whole run, as the next one is
+    } catch (const StorageFailure&) {
+      throw;
     } catch (const std::exception& error) {
       outcome.error = error.what();
     }
@@ -247,17 +212,21 @@ void Run::take(Outcomes outcomes) {
     if (sheet_ && outcome.error.empty()) {
       try {
         sheet_->add(*outcome.drawn, outcome.caption);
+      } catch (const StorageFailure&) {
+        throw;
       } catch (const Failure& failure) {
         outcome.error = failure.what();
       }
     }
+    for (const std::string& name : outcome.files) names_->add(name + '\0');
     if (outcome.error.empty()) {
       journal_.symbols += outcome.symbols;
-      for (const std::string& warning : outcome.warnings) report_->add(outcome, "warning", warning);
+      for (const std::string& warning : outcome.warnings)
+        report_->add(report_line(outcome, "warning", warning));
       if (!outcome.warnings.empty()) ++warned_;
     } else {
       ++journal_.failed;
-      report_->add(outcome, "error", outcome.error);
+      report_->add(report_line(outcome, "error", outcome.error));
       if (shown_failures_.size() < kShownFailures) {
         shown_failures_.push_back("line " + std::to_string(outcome.line) + ": " + outcome.error);
       }
@@ -270,23 +239,29 @@ void Run::keep_journal(bool now) {
   if (journal_path_.empty() || (!now && time - journal_time_ < kBetweenJournals)) return;
   journal_time_ = time;
   report_->flush();
+  names_->flush();
   journal_.report_bytes = report_->bytes();
+  journal_.names_bytes = names_->bytes();
   write_journal(journal_path_, journal_);
+  kept_records_ = journal_.records;
 }
 
-int Run::all() {
+void Run::draw_all() {
   struct Task {
     std::future<Outcomes> outcomes;
     std::size_t records = 0;
     std::uint32_t checksum = 0;  // of all records up to its last
   };
-  const Interruptible interruptible;
   Workers workers(batch_.threads);
   std::deque<Task> tasks;
   std::uint32_t checksum = journal_.checksum;
   bool at_end = false;
   for (;;) {
-    while (!at_end && !interrupted && tasks.size() < kTasksPerThread * batch_.threads) {
+    while (!at_end && !is_interrupted() && tasks.size() < kTasksPerThread * batch_.threads) {
+      if (reader_.must_wait()) {
+        if (!tasks.empty()) break;  // what is under way first
+        keep_journal(true);
+      }
       std::vector<Record> records = next_records();
       at_end = records.empty();
       if (at_end) break;
@@ -295,7 +270,7 @@ int Run::all() {
       tasks.push_back(
           {workers.run([this, records = std::move(records)] { return draw(records); }), count, checksum});
     }
-    if (tasks.empty()) break;
+    if (tasks.empty()) return;
     Task task = std::move(tasks.front());
     tasks.pop_front();
     take(task.outcomes.get());
@@ -306,7 +281,21 @@ int Run::all() {
     progress_.show(journal_.symbols - resumed_symbols_, reader_.bytes_read() - resumed_bytes_,
                    all == 0 ? 0 : all - resumed_bytes_);
   }
+}
+
+int Run::all() try {
+  try {
+    draw_all();
+  } catch (const Interrupted&) {  // somebody waited for a pipe; what was not taken is drawn again
+  }
   return finish();
+} catch (const std::exception&) {  // such as a full disk
+  try {
+    keep_journal(true);
+  } catch (const std::exception&) {  // then the last one that could be kept stays
+  }
+  say_where_it_stopped("Stopped");
+  throw;
 }
 
 void Run::say_what_failed() const {
@@ -314,50 +303,64 @@ void Run::say_what_failed() const {
   const std::size_t shown = shown_failures_.size();
   if (journal_.failed > shown) {
     std::fprintf(stderr, "korvex: and %s more, in %s.\n", with_commas(journal_.failed - shown).c_str(),
-                 printable(batch_.report).c_str());
+                 batch_.report == "-" ? "the report" : printable(batch_.report).c_str());
   }
+}
+
+std::string Run::summary() const {
+  const double seconds = progress_.seconds();
+  const auto rate = static_cast<double>(journal_.symbols - resumed_symbols_) / std::max(seconds, 1e-3);
+  std::string text =
+      with_commas(journal_.symbols) + (journal_.symbols == 1 ? " symbol" : " symbols") + " drawn";
+  const auto add_lines = [&text](std::size_t count, std::string_view what) {
+    if (count > 0)
+      text += ", " + with_commas(count) + (count == 1 ? " line " : " lines ") + std::string(what);
+  };
+  add_lines(warned_, "with warnings");
+  add_lines(journal_.failed, "failed");
+  if (warned_ + journal_.failed > 0 && batch_.report != "-") text += " (" + printable(batch_.report) + ")";
+  return text + ", in " + decimal(seconds, 2) + " s (" + with_commas(static_cast<std::uintmax_t>(rate)) +
+         " a second)";
+}
+
+void Run::say_where_it_stopped(const std::string& how) {
+  progress_.clear();
+  const std::size_t records = journal_path_.empty() ? journal_.records : kept_records_;
+  std::fprintf(stderr, "korvex: %s behind record %s; %s.%s\n", how.c_str(), with_commas(records).c_str(),
+               summary().c_str(), journal_path_.empty() ? "" : " --resume goes on there.");
 }
 
 int Run::finish() {
   progress_.clear();
   report_->flush();
   say_what_failed();
-  const double seconds = progress_.seconds();
-  const auto rate = static_cast<double>(journal_.symbols - resumed_symbols_) / std::max(seconds, 1e-3);
-  std::string summary =
-      with_commas(journal_.symbols) + (journal_.symbols == 1 ? " symbol" : " symbols") + " drawn";
-  if (warned_ > 0) {
-    summary += ", " + with_commas(warned_) + (warned_ == 1 ? " line" : " lines") + " with warnings";
-    if (journal_.failed == 0) summary += " (" + printable(batch_.report) + ")";
-  }
-  if (journal_.failed > 0) {
-    summary += ", " + with_commas(journal_.failed) + (journal_.failed == 1 ? " line" : " lines") +
-               " failed (" + printable(batch_.report) + ")";
-  }
-  summary +=
-      ", in " + decimal(seconds, 2) + " s (" + with_commas(static_cast<std::uintmax_t>(rate)) + " a second)";
-  if (interrupted) {
+  if (is_interrupted()) {
     keep_journal(true);
-    std::fprintf(stderr, "korvex: Interrupted behind record %s; %s.%s\n",
-                 with_commas(journal_.records).c_str(), summary.c_str(),
-                 journal_path_.empty() ? "" : " --resume goes on there.");
+    say_where_it_stopped("Interrupted");
     return kExitInterrupted;
   }
+  std::string pages;
   if (sheet_) {
     sheet_->finish();
-    summary += ", on " + with_commas(static_cast<std::uintmax_t>(sheet_->pages())) +
-               (sheet_->pages() == 1 ? " page" : " pages");
+    pages = ", on " + with_commas(static_cast<std::uintmax_t>(sheet_->pages())) +
+            (sheet_->pages() == 1 ? " page" : " pages");
   }
   std::error_code error;
-  if (!journal_path_.empty()) std::filesystem::remove(journal_path_, error);
-  std::fprintf(stderr, "korvex: %s.\n", summary.c_str());
+  for (const std::string& path : {journal_path_, names_path_}) {
+    if (!path.empty()) std::filesystem::remove(path, error);
+  }
+  std::fprintf(stderr, "korvex: %s%s.\n", summary().c_str(), pages.c_str());
   return journal_.failed > 0 ? kExitFailure : 0;
 }
 
 }  // namespace
 
-int run(const Batch& batch) {
+int run(const Batch& batch) try {
+  const Interruptible interruptible;
   return Run(batch).all();
+} catch (const Interrupted&) {
+  std::fputs("korvex: Interrupted before the first record.\n", stderr);
+  return kExitInterrupted;
 }
 
 }  // namespace korvex::cli::batch

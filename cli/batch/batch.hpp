@@ -25,7 +25,7 @@ struct Batch {
   std::string format;           ///< of names that do not say it
   std::optional<SheetRequest> sheet;
   Defaults defaults;
-  std::string report;  ///< path
+  std::string report;  ///< path; "-" is standard output
   bool resume = false;
   unsigned threads = 1;
   std::string arguments;  ///< that make it what it is; those of an interrupted run are the same

@@ -7,6 +7,7 @@
 
 #include "data_source.hpp"
 #include "failure.hpp"
+#include "files.hpp"
 #include "words.hpp"
 
 namespace korvex::cli::batch {
@@ -81,12 +82,18 @@ void set(const Setting& setting, std::string_view name, const std::string& value
                         : "did you mean " + std::string(meant) + "?"));
 }
 
-std::string data_of(const Fields& fields) {
+/// Puts the data into the job.
+void take_data(const Fields& fields, const Defaults& defaults, Job& job) {
   const auto data = fields.find("data");
   const auto file = fields.find("data-file");
   if (data == fields.end() && file == fields.end()) throw UsageError("No data is given.");
-  return read_data(data == fields.end() ? std::nullopt : std::optional(data->second),
-                   file == fields.end() ? std::string() : file->second);
+  job.is_data_of_file = file != fields.end();
+  const std::string path = job.is_data_of_file ? file->second : "";
+  if (job.is_data_of_file && path.empty()) throw UsageError("The name of the data file is empty.");
+  if (job.is_data_of_file && defaults.list_is_standard_input && is_standard_input(path)) {
+    throw UsageError("The data file is standard input, from which the list comes.");
+  }
+  job.data = read_data(data == fields.end() ? std::nullopt : std::optional(data->second), path);
 }
 
 }  // namespace
@@ -127,7 +134,7 @@ Job job_of(const Fields& fields, const Defaults& defaults) {
       refuse(field, *job.symbology);
     }
   }
-  job.data = data_of(fields);
+  take_data(fields, defaults, job);
   return job;
 }
 

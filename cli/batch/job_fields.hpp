@@ -18,6 +18,7 @@ struct Defaults {
   DrawSettings settings;
   std::vector<std::pair<std::string, std::string>> options;  ///< of symbologies that have them
   std::set<std::string, std::less<>> passed_over;            ///< fields that are no option, and need not be
+  bool list_is_standard_input = false;                       ///< so that no job's data is
 };
 
 /// Throws UsageError for a default option, or a column, that nothing knows.

@@ -1,8 +1,12 @@
 #include "batch/journal.hpp"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <filesystem>
+#include <span>
 #include <string_view>
+#include <utility>
 
 #include "batch/records.hpp"
 #include "call/request.hpp"
@@ -23,7 +27,7 @@ void read_number(const Fields& fields, std::string_view name, Number& number) {
 }
 
 Journal journal_of(const std::string& text) {
-  const Fields fields = fields_of({.line = 1, .json = text, .cells = {}, .is_too_long = false}, {});
+  const Fields fields = fields_of({.line = 1, .json = text, .cells = {}, .fault = {}}, {});
   Journal journal;
   if (const auto arguments = fields.find("arguments"); arguments != fields.end()) {
     journal.arguments = arguments->second;
@@ -33,6 +37,7 @@ Journal journal_of(const std::string& text) {
   read_number(fields, "symbols", journal.symbols);
   read_number(fields, "failed", journal.failed);
   read_number(fields, "report-bytes", journal.report_bytes);
+  read_number(fields, "names-bytes", journal.names_bytes);
   return journal;
 }
 
@@ -57,7 +62,31 @@ void write_journal(const std::string& path, const Journal& journal) {
   write_files(
       {{path, "{\"arguments\": " + call::json_string(journal.arguments) + number("records", journal.records) +
                   number("checksum", journal.checksum) + number("symbols", journal.symbols) +
-                  number("failed", journal.failed) + number("report_bytes", journal.report_bytes) + "}\n"}});
+                  number("failed", journal.failed) + number("report_bytes", journal.report_bytes) +
+                  number("names_bytes", journal.names_bytes) + "}\n"}});
+}
+
+std::unordered_set<std::string> read_names(const std::string& path, std::uintmax_t bytes) {
+  std::unordered_set<std::string> names;
+  if (bytes == 0) return names;
+  Input input(path);
+  std::string name;
+  std::array<char, 1 << 16> chunk;
+  while (bytes > 0) {
+    const std::size_t count = input.read(
+        std::span(chunk).first(static_cast<std::size_t>(std::min<std::uintmax_t>(bytes, chunk.size()))));
+    if (count == 0)
+      throw Failure("The file " + printable(path) + " is shorter than the interrupted run left it.");
+    bytes -= count;
+    for (const char c : std::span(chunk).first(count)) {
+      if (c != '\0') {
+        name += c;
+      } else {
+        names.insert(std::exchange(name, {}));
+      }
+    }
+  }
+  return names;
 }
 
 }  // namespace korvex::cli::batch

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_set>
 
 namespace korvex::cli::batch {
 
@@ -15,11 +16,15 @@ struct Journal {
   std::size_t symbols = 0;          ///< drawn
   std::size_t failed = 0;           ///< records
   std::uintmax_t report_bytes = 0;  ///< written on those records
+  std::uintmax_t names_bytes = 0;   ///< of the file that names what was written for those records
 };
 
 /// Nothing when there is none. Throws Failure when it cannot be read or makes no sense.
 std::optional<Journal> read_journal(const std::string& path);
-/// Throws Failure.
+/// Throws Failure, and StorageFailure when the disk is full or fails.
 void write_journal(const std::string& path, const Journal& journal);
+
+/// The names in the first `bytes` of that file, which end with a NUL each. Throws Failure.
+std::unordered_set<std::string> read_names(const std::string& path, std::uintmax_t bytes);
 
 }  // namespace korvex::cli::batch

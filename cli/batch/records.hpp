@@ -16,7 +16,7 @@ struct Record {
   std::size_t line = 0;            ///< where it begins, from 1
   std::string json;                ///< the line, unless the list is CSV
   std::vector<std::string> cells;  ///< of CSV
-  bool is_too_long = false;        ///< more than is read of one record; the rest was passed over
+  std::string fault;               ///< a sentence when it is no record, such as one that is too long
 };
 
 /// Values by name, with dashes where names have underscores. A value that is not there was not given.
@@ -25,14 +25,17 @@ using Fields = std::map<std::string, std::string, std::less<>>;
 /// Reads a file, or standard input for "-", without holding more than a few records.
 class RecordReader {
  public:
-  /// Throws Failure when the file cannot be read or its CSV header makes no sense.
-  explicit RecordReader(const std::string& path);
+  /// Reads so many bytes at a time. Throws Failure when the file cannot be read or its CSV header makes no
+  /// sense, and Interrupted while it waits.
+  explicit RecordReader(const std::string& path, std::size_t chunk_bytes = std::size_t{1} << 16);
   ~RecordReader();
   RecordReader(const RecordReader&) = delete;
   RecordReader& operator=(const RecordReader&) = delete;
 
-  /// The next record; blank lines are passed over. Throws Failure.
+  /// The next record; blank lines are passed over. Throws Failure or Interrupted.
   std::optional<Record> next();
+  /// Whether next() would wait for whoever writes the list.
+  [[nodiscard]] bool must_wait() const;
 
   /// The names in the first line of CSV; empty for JSON Lines.
   [[nodiscard]] const std::vector<std::string>& header() const;
@@ -45,8 +48,8 @@ class RecordReader {
   std::unique_ptr<Source> source_;
 };
 
-/// The fields of a record. Throws Failure when it is no JSON object of plain values, or has another number of
-/// cells than the header has names.
+/// The fields of a record; numbers stand as they are written. Throws Failure when it is no JSON object of
+/// plain values, or has another number of cells than the header has names.
 Fields fields_of(const Record& record, const std::vector<std::string>& header);
 
 }  // namespace korvex::cli::batch

@@ -199,7 +199,12 @@ void Sheet::put(const Picture& picture, const Style& style, const std::string& c
   cairo_restore(context_.get());
 }
 
+void Sheet::check_written() const {
+  if (!unwritten_.empty()) throw StorageFailure(unwritten_);
+}
+
 void Sheet::add(const DrawnJob& drawn, const std::string& caption) {
+  check_written();
   const std::vector<Picture>& pictures = drawn.drawing.pictures;
   for (const Picture& picture : pictures) check_size(picture, drawn.style, !caption.empty());
   for (const Picture& picture : pictures) put(picture, drawn.style, caption);
@@ -208,7 +213,7 @@ void Sheet::add(const DrawnJob& drawn, const std::string& caption) {
 void Sheet::finish() {
   if (pages_ > 0) cairo_show_page(context_.get());
   cairo_surface_finish(surface_.get());
-  if (!unwritten_.empty()) throw Failure(unwritten_);
+  check_written();
   check(cairo_surface_status(surface_.get()));
   file_.close();
   file_.rename();

@@ -42,7 +42,8 @@ class Sheet {
   Sheet& operator=(const Sheet&) = delete;
 
   /// Puts every picture on a label of its own, row by row, in its middle, with a caption below when there is
-  /// one. Throws Failure, and puts none of them, when one is too large.
+  /// one. Throws Failure, and puts none of them, when one is too large, and StorageFailure when the file
+  /// cannot be written any more.
   void add(const DrawnJob& drawn, const std::string& caption);
   void finish();
   [[nodiscard]] int pages() const { return pages_; }
@@ -50,6 +51,7 @@ class Sheet {
  private:
   void check_size(const Picture& picture, const Style& style, bool has_caption) const;
   void put(const Picture& picture, const Style& style, const std::string& caption);
+  void check_written() const;
   static cairo_status_t write(void* self, const unsigned char* bytes, unsigned int count);
 
   SheetLayout layout_;

@@ -2,12 +2,16 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
+#include <exception>
 #include <functional>
 #include <future>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <thread>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -15,8 +19,16 @@ namespace korvex::cli::batch {
 
 class Workers {
  public:
+  /// Fewer where the system has no more; without any, run() does the work.
   explicit Workers(unsigned count) {
-    for (unsigned i = 0; i < count; ++i) threads_.emplace_back([this] { work(); });
+    threads_.reserve(count);
+    // Stacks must not take all addresses where they are limited; what the work needs is held free meanwhile.
+    constexpr std::size_t kForWork = std::size_t{1} << 26;
+    const std::unique_ptr<char[]> held(new (std::nothrow) char[kForWork]);
+    try {
+      while (threads_.size() < count) threads_.emplace_back([this] { work(); });
+    } catch (const std::exception&) {  // std::system_error, or memory for it ran out
+    }
   }
   /// What was given and not begun is not done.
   ~Workers() {
@@ -35,6 +47,10 @@ class Workers {
     // std::function wants what can be copied.
     auto packaged = std::make_shared<std::packaged_task<std::invoke_result_t<Task>()>>(std::move(task));
     auto result = packaged->get_future();
+    if (threads_.empty()) {
+      (*packaged)();
+      return result;
+    }
     {
       const std::lock_guard lock(mutex_);
       tasks_.emplace_back([packaged] { (*packaged)(); });

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <new>
 #include <vector>
@@ -120,7 +121,62 @@ void add_rows(Answer& answer, const Surface& surface, Surface::Size painted) {
   });
 }
 
+/// The most pixels of a picture: more than the largest QR Code symbol has with the largest modules that there
+/// are, 17523 x 17523. In memory, and as text, it takes two gigabytes.
+constexpr std::int64_t kMostPixels = 400'000'000;
+/// In pixels: DATA_Encode paints no symbol with a longer side, and CC_Encode leaves out rows that are wider.
+constexpr std::int64_t kLongestDataSide = std::numeric_limits<std::int16_t>::max();
+constexpr std::int64_t kWidestCompositeRow = 56128;
+
+struct Pixels {
+  std::int64_t width = 0;
+  std::int64_t height = 0;
+};
+
+/// What the same record paints with modules of one pixel; 0 x 0 when it paints nothing.
+Pixels painted_modules(const Exports& exports, const Request& request, Record record, Console& console) {
+  const Surface surface(false);
+  Symbol_Size size{0, 0};
+  const std::int16_t code = request.target->draw(exports, surface.context(), record, size);
+  console.take();  // what it said is said again by the call itself
+  return code == KORVEX_OK ? Pixels{size.width, surface.painted().height} : Pixels{};
+}
+
+/// The picture of an export whose modules may be of any size, when it could be too large; 0 x 0 else.
+Pixels large_picture(const Exports& exports, const Request& request, Console& console) {
+  Record record = request.record;
+  if (request.target->name.starts_with("DATA_")) {
+    constexpr std::int64_t kMostModules = 144;  // a side
+    const Pixels module{record.data.module_width, record.data.module_height};
+    if (module.width * module.height * kMostModules * kMostModules <= kMostPixels) return {};
+    record.data.module_width = record.data.module_height = 1;
+    const Pixels modules = painted_modules(exports, request, record, console);
+    const Pixels pixels{modules.width * module.width, modules.height * module.height};
+    return std::max(pixels.width, pixels.height) > kLongestDataSide ? Pixels{} : pixels;
+  }
+  if (request.target->name.starts_with("CC_")) {
+    constexpr std::int64_t kMostModules = 1000;  // a side, but for the linear component's height
+    constexpr std::int64_t kUnit = 32;           // rows are whole words of pixels
+    const std::int64_t module = record.cc.module_size;
+    const std::int64_t height = kMostModules + record.cc.linear_height;
+    if (module * module * kMostModules * height <= kMostPixels) return {};
+    record.cc.module_size = 1;
+    const Pixels modules = painted_modules(exports, request, record, console);
+    const std::int64_t width = (modules.width * module + kUnit - 1) / kUnit * kUnit;
+    return width > kWidestCompositeRow ? Pixels{} : Pixels{width, modules.height * module};
+  }
+  return {};
+}
+
+void refuse_large_picture(const Exports& exports, const Request& request, Console& console) {
+  const Pixels pixels = large_picture(exports, request, console);
+  if (pixels.width * pixels.height <= kMostPixels) return;
+  throw BadLine("the picture would have " + std::to_string(pixels.width) + " x " +
+                std::to_string(pixels.height) + " pixels; answers have up to " + std::to_string(kMostPixels));
+}
+
 void call_drawing(Answer& answer, const Exports& exports, Request& request, Console& console) {
+  refuse_large_picture(exports, request, console);
   const Surface surface(request.trace);
   Symbol_Size size{-1, -1};
   const std::int16_t code = request.target->draw(exports, surface.context(), request.record, size);

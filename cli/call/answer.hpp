@@ -10,7 +10,8 @@
 
 namespace korvex::cli::call {
 
-/// Makes the call and returns its answer, one line of JSON without line feed. Throws when memory runs out.
+/// Makes the call and returns its answer, one line of JSON without line feed. Throws when memory runs
+/// out, and BadLine, without the call, when its picture would be too large.
 std::string answer(const Exports& exports, Request& request, Console& console);
 
 /// The answer for a line that was no request: {"error": sentence}, with its id when it has one.

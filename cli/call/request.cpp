@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "words.hpp"
 
@@ -26,16 +27,21 @@ std::string names_of(std::span<const Row> rows) {
 }
 
 json parse(std::string_view line) {
-  const auto watch_depth = [](int depth, json::parse_event_t, const json&) {
+  std::vector<std::set<std::string>> keys;  // of the objects that are open
+  const auto watch = [&](int depth, json::parse_event_t event, const json& value) {
     if (depth > kDeepest) throw BadLine("values are nested more than " + std::to_string(kDeepest) + " deep");
+    if (event == json::parse_event_t::object_start) keys.emplace_back();
+    if (event == json::parse_event_t::object_end) keys.pop_back();
+    // One of the two would be lost.
+    if (event == json::parse_event_t::key && !keys.back().insert(value.get<std::string>()).second) {
+      throw BadLine("the key " + json_string(value.get<std::string>()) + " is there twice");
+    }
     return true;
   };
   try {
-    return json::parse(line.begin(), line.end(), watch_depth);
+    return json::parse(line.begin(), line.end(), watch);
   } catch (const json::parse_error& error) {
-    std::string reason = error.what();  // "[…] parse error at line 1, column 9: syntax error while …"
-    if (const auto place = reason.find(": "); place != std::string::npos) reason.erase(0, place + 2);
-    throw BadLine("not JSON at byte " + std::to_string(error.byte) + ": " + reason);
+    throw BadLine("not JSON at byte " + std::to_string(error.byte) + ": " + json_reason(error.what()));
   } catch (const json::out_of_range&) {
     throw BadLine("it has a number that is too large for anybody");
   }

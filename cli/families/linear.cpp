@@ -131,7 +131,7 @@ ModuleMatrix matrix_of(const linear::ModuleRow& row) {
 
 /// Code 128 carries ISO/IEC 8859-1: text that has a place there goes in as that.
 std::string data_of(const linear::Options& options, const DrawRequest& request) {
-  if (options.symbology != linear::Symbology::code128 || request.is_hexadecimal) return request.data;
+  if (options.symbology != linear::Symbology::code128 || request.is_bytes) return request.data;
   return latin_1_of(request.data).value_or(request.data);
 }
 

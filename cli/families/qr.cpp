@@ -108,7 +108,7 @@ std::array<std::uint8_t, 8> key_of(const OptionValues& values) {
 std::string encoded(const DrawRequest& request) {
   const std::string encoding = request.options.text(kEncoding).value_or("bytes");
   const bool is_ascii = std::ranges::all_of(request.data, [](char c) { return (c & 0x80) == 0; });
-  if (encoding == "bytes" || is_ascii || (encoding == "auto" && request.is_hexadecimal)) return request.data;
+  if (encoding == "bytes" || is_ascii || (encoding == "auto" && request.is_bytes)) return request.data;
   const bool latin = encoding == "latin-1";
   if (auto text = latin ? latin_1_of(request.data) : shift_jis_of(request.data)) return *std::move(text);
   if (encoding == "auto") return request.data;

@@ -106,6 +106,16 @@ test('text that the library prints is in the answer, not between the answers', (
   assert.deepEqual(answers[1], { id: 2, result: -3, text_length: 0 });
 });
 
+test('what paints nothing, or not too much, is answered however large its modules are', () => {
+  const large = { type: 1, linear_height: 33, data: '0950110153000' };
+  const { answers } = call([
+    request('CC_Encode', { ...large, module_size: 600 }),  // its rows are too wide for CC_Encode
+    request('DATA_Encode', { module_width: 32767, module_height: 32767, data: 'A' }),
+    request('DATA_Encode', { module_width: 3276, module_height: 10, data: 'A' }),
+  ]);
+  assert.deepEqual(answers.map(({ result, painted_width: width }) => [result, width]), [[-1, 0], [-1, 0], [0, 32760]]);
+});
+
 test('every id comes back', () => {
   const ids = [0, -7, 1.5, true, null, '', 'ü\n"', [1, [2]], { a: { b: [] } }];
   const { answers } = call(ids.map((id) => request('Korvex_Bit', { type: 16 }, { id })));
@@ -123,6 +133,10 @@ test('a bad line gets a sentence, and the next one its answer', () => {
     ['{"id": 1e999}', /too large/],
     ['{"params": {}}', /export is missing/],
     ['{"export": "qr_encode", "params": {}}', /no export "qr_encode"; there are Korvex_Bit, .* and VERI_Encode/],
+    ['{"id": {"a": 1, "a": 2}, "export": "VERI_Encode", "params": {}}', /the key "a" is there twice/],
+    [request('DATA_Encode', { module_width: 3276, module_height: 3276, data: 'A' }),
+      /would have 32760 x 32760 pixels; answers have up to 400000000/],
+    [request('CC_Encode', { type: 1, module_size: 500, linear_height: 32767, data: '0950110153000' }), /pixels; answers/],
     ['{"export": 3, "params": {}}', /no export 3/],
     ['{"export": "VERI_Encode", "params": {}, "Trace": 1}', /unknown key "Trace"/],
     ['{"export": "VERI_Encode", "params": {}, "trace": 1}', /trace is true or false/],

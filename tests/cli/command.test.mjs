@@ -39,7 +39,8 @@ test('every error is one sentence and an exit status, with nothing drawn', () =>
       [2, /--background is a colour/, ...ean, '--background', 'red', '-o', 'x.png'],
       [2, /--foreground is a colour/, ...ean, '--foreground', 'transparent', '-o', 'x.png'],
       [2, /Standard output needs --format/, ...ean, '-o', '-'],
-      [2, /The name label.tiff does not say what the file is/, ...ean, '-o', 'label.tiff'],
+      [2, /There is no format "tiff", which label.tiff asks for/, ...ean, '-o', 'label.tiff'],
+      [2, /The name label does not say what the file is/, ...ean, '-o', 'label'],
       [2, /There is no format "tiff"; there are png, svg, pdf, eps or txt/, ...ean, '-o', '-', '--format', 'tiff'],
       [2, /The data is given twice/, ...ean, '--data-file', 'x'],
       [1, /takes 12 digits, or 13 .*; 3 given/, 'draw', 'ean13', '123', '-o', 'x.png'],
@@ -47,6 +48,10 @@ test('every error is one sentence and an exit status, with nothing drawn', () =>
       [1, /check digit 0 at position 13 is wrong/, 'draw', 'ean13', '4006381333930', '-o', 'x.png'],
       [1, /character "g" at position 4 is no hexadecimal digit/, 'draw', 'code128', '--hex', '41 g2', '-o', 'x.png'],
       [1, /half a byte/, 'draw', 'code128', '--hex', '414', '-o', 'x.png'],
+      [1, /There is no data/, 'draw', 'qr', '', '-o', 'x.png'],
+      [1, /more than 7366 characters/, 'draw', 'qr', '1'.repeat(9000), '-o', 'x.png'],
+      [1, /9000 bytes; at most 4158/, 'draw', 'datamatrix', 'é'.repeat(4500), '-o', 'x.png'],
+      [2, /There is no size of 11 x 11/, 'draw', 'datamatrix', 'x'.repeat(2000), '--size', '11x11', '-o', 'x.png'],
       [1, /Cannot read none: No such file/, 'draw', 'ean13', '--data-file', 'none', '-o', 'x.png'],
       [1, /a side has from 1 to 32767/, ...ean, '--module', '1000', '-o', 'x.png'],
       [2, /--version is a whole number from 1 to 40, not "41"/, 'draw', 'qr', '1', '--version', '41', '-o', 'x.png'],
@@ -114,6 +119,26 @@ test('output that nobody takes is an error', () => {
   }
 });
 
+test('a closed standard stream is nobody else\'s place', () =>
+  inFolder((folder) => {
+    const run = (command) => spawnSync('bash', ['-c', `'${program}' ${command}`], { cwd: folder, encoding: 'utf8' });
+    for (const [command, status, sentence] of [
+      ['draw code39 A --format txt >&-', 1, /Cannot write standard output: Bad file descriptor/],
+      ['draw code39 -o x.txt <&-', 1, /Cannot read standard input: Bad file descriptor/],
+      ["draw code39 '' -o x.txt <&- >&- 2>&-", 1, /^$/],
+      ['draw code39 A -o x.txt --verbose <&- >&- 2>&-', 0, /^$/],
+    ]) {
+      const result = run(command);
+      assert.equal(result.status, status, command);
+      assert.match(result.stderr, sentence, command);
+      if (status === 1) assert.deepEqual(readdirSync(folder), [], command);
+    }
+    assert.match(readFileSync(join(folder, 'x.txt'), 'utf8'), /^[01]+\n$/);
+    writeFileSync(join(folder, 'jobs'), '{}');
+    assert.equal(run('batch jobs -o out <&- 2>&-').status, 1);
+    assert.equal(JSON.parse(readFileSync(join(folder, 'out', 'failed.jsonl'))).line, 1);
+  }));
+
 test('data comes from the argument, a file or standard input', () =>
   inFolder((folder) => {
     const file = join(folder, 'data');
@@ -133,11 +158,24 @@ test('data comes from the argument, a file or standard input', () =>
     ]) {
       assert.equal(txt(args, input), expected, `${args} ${JSON.stringify(input)}`);
     }
+    // A file is bytes; what is typed is text, which has other bytes in the symbol.
+    for (const symbology of ['code128', 'qr']) {
+      writeFileSync(file, 'é');
+      const bytes = draw(symbology, '--hex', 'c3a9', '--format', 'txt');
+      assert.deepEqual(draw(symbology, '--data-file', file, '--format', 'txt'), bytes);
+      const { stdout } = korvex(['batch', '-', '-o', folder, '--name', `${symbology}.txt`],
+        { input: JSON.stringify({ symbology, data_file: file }) });
+      assert.deepEqual(readFileSync(join(folder, `${symbology}.txt`)), bytes, `${stdout}`);
+    }
+    assert.notDeepEqual(draw('code128', 'é', '--format', 'txt'), draw('code128', '--hex', 'c3a9', '--format', 'txt'));
   }));
 
 test('options may stand before the symbology', () => {
   const usual = draw('itf', '1234', '--no-text', '--module', '2', '--format', 'png');
-  assert.deepEqual(korvex(['draw', '--no-text', '--module', '2', '-o-', '--format=png', 'itf', '1234']).stdout, usual);
+  const options = ['--no-text', '--module', '2', '-o-', '--format=png'];
+  for (const words of [['itf', '1234'], ['--', 'itf', '1234'], ['itf', '--', '1234']]) {
+    assert.deepEqual(korvex(['draw', ...options, ...words]).stdout, usual, words.join(' '));
+  }
 });
 
 const listed = () => JSON.parse(korvex(['list', '--json']).stdout);
