@@ -18,9 +18,25 @@ if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
 endif()
 
-# Warnings, sanitizers and coverage for a target of ours.
+if(NOT WIN32)
+  include(CheckPIESupported)
+  check_pie_supported()
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+endif()
+
+# Warnings, hardening, sanitizers and coverage for a target of ours.
 function(korvex_flags target)
-  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+                                           -Wformat -Wformat-security -Werror=format-security)
+  # Nothing in what is built tells the folder it was built in.
+  target_compile_options(${target} PRIVATE -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
+                                           -ffile-prefix-map=${PROJECT_BINARY_DIR}/=)
+  # As distributions build. A Windows DLL has its own (windows.cmake), sanitizers check more than this.
+  if(NOT WIN32 AND NOT KORVEX_SANITIZE)
+    target_compile_options(${target} PRIVATE -fstack-protector-strong
+                                             "$<$<CONFIG:Release>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+    target_link_options(${target} PRIVATE -Wl,-z,relro,-z,now)
+  endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     target_compile_options(${target} PRIVATE -Wno-restrict)  # GCC 105651: false alarms from std::string's operator+
   endif()
@@ -45,7 +61,6 @@ function(korvex_library_settings target)
     PRIVATE ${PROJECT_SOURCE_DIR}/src)
   target_compile_features(${target} PUBLIC cxx_std_20)
   set_target_properties(${target} PROPERTIES
-    POSITION_INDEPENDENT_CODE ON
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
   korvex_flags(${target})

@@ -1,8 +1,9 @@
 # What Windows gets: KORVEX32.dll, korvex.exe that loads it, and the programs that test it.
 enable_language(RC)
 
-# Nothing but system DLLs is needed where these run; the code moves in memory, and no data is executed.
-add_link_options(-static -static-libgcc -static-libstdc++ -Wl,--dynamicbase,--nxcompat
+# Nothing but system DLLs is needed where these run; the code moves in memory, and no data is executed. Without the
+# time of linking, whoever builds them gets the same bytes.
+add_link_options(-static -static-libgcc -static-libstdc++ -Wl,--dynamicbase,--nxcompat,--no-insert-timestamp
                  $<$<EQUAL:${CMAKE_SIZEOF_VOID_P},8>:-Wl,--high-entropy-va> $<$<CONFIG:Release>:-s>)
 
 # ---- KORVEX32.dll: exactly the thirteen names of the .def file ----
@@ -31,6 +32,7 @@ if(KORVEX_CLI)
   target_include_directories(korvex-cli PRIVATE cli include)
   target_include_directories(korvex-cli SYSTEM PRIVATE ${host_headers})
   target_link_libraries(korvex-cli PRIVATE gdi32)
+  target_link_options(korvex-cli PRIVATE -municode)
   set_target_properties(korvex-cli PROPERTIES OUTPUT_NAME korvex)
   korvex_flags(korvex-cli)
   add_dependencies(korvex-cli KORVEX32)

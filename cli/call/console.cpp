@@ -31,7 +31,7 @@ int open_temporary() {
   int descriptor = -1;
   for (int attempt = 0; attempt < 1000; ++attempt) {
     const auto path = folder / (name + '-' + std::to_string(attempt) + ".tmp");
-    descriptor = open(path.string().c_str(), O_RDWR | O_CREAT | O_EXCL | O_BINARY | O_TEMPORARY, 0600);
+    descriptor = _wopen(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_BINARY | O_TEMPORARY, 0600);
     if (descriptor >= 0 || errno != EEXIST) break;
   }
   return descriptor;

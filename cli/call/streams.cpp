@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 
 namespace korvex::cli::call {
 namespace {
@@ -14,12 +15,10 @@ constexpr std::size_t kEnoughToWrite = std::size_t{1} << 20;
 constexpr std::size_t kMostAtOnce = std::size_t{1} << 24;
 
 #if defined(_WIN32)
-constexpr int kBinary = O_BINARY;
 void set_binary(int descriptor) {
   setmode(descriptor, O_BINARY);
 }
 #else
-constexpr int kBinary = 0;
 void set_binary(int) {}
 #endif
 
@@ -55,27 +54,29 @@ bool LineReader::refill() {
     const auto count = read(descriptor_, chunk_.data(), static_cast<unsigned>(chunk_.size()));
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) error_ = errno;
-    begin_ = 0;
-    end_ = count > 0 ? static_cast<std::size_t>(count) : 0;
-    return count > 0;
+    text_ = decoder_.convert({chunk_.data(), count > 0 ? static_cast<std::size_t>(count) : 0}, count <= 0);
+    if (count <= 0 || !text_.empty()) return !text_.empty();
   }
 }
 
 bool LineReader::next(std::string& line) {
   line.clear();
   for (;;) {
-    if (begin_ == end_ && !refill()) return !line.empty() && error_ == 0;
-    const auto from = chunk_.begin() + static_cast<std::ptrdiff_t>(begin_);
-    const auto to = chunk_.begin() + static_cast<std::ptrdiff_t>(end_);
-    const auto line_feed = std::find(from, to, '\n');
-    line.append(from, line_feed);
-    begin_ = static_cast<std::size_t>(line_feed - chunk_.begin()) + (line_feed == to ? 0 : 1);
-    if (line_feed != to) return true;
+    if (text_.empty() && !refill()) return !line.empty() && error_ == 0;
+    const std::size_t length = std::min(text_.find('\n'), text_.size());
+    line += text_.substr(0, length);
+    const bool ends = length < text_.size();
+    text_.remove_prefix(length + (ends ? 1 : 0));
+    if (ends) return true;
   }
 }
 
 int open_for_reading(const std::string& path) {
-  return open(path.c_str(), O_RDONLY | kBinary);
+#if defined(_WIN32)
+  return _wopen(std::filesystem::path(std::u8string(path.begin(), path.end())).c_str(), O_RDONLY | O_BINARY);
+#else
+  return open(path.c_str(), O_RDONLY);
+#endif
 }
 
 void close_descriptor(int descriptor) {

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "call/utf16.hpp"
+
 namespace korvex::cli::call {
 
 /// Text on its way to a file descriptor. Write errors are remembered, not thrown.
@@ -28,8 +30,8 @@ class Output {
   std::string waiting_;
 };
 
-/// Lines of a file descriptor. Before it waits for more input it flushes `output`, so that a program that
-/// writes a request and waits for its answer gets it.
+/// Lines of a file descriptor, as UTF-8. Before it waits for more input it flushes `output`, so that a
+/// program that writes a request and waits for its answer gets it.
 class LineReader {
  public:
   /// Does not take the descriptor over.
@@ -47,11 +49,11 @@ class LineReader {
   Output& output_;
   int error_ = 0;
   std::vector<char> chunk_;
-  std::size_t begin_ = 0;
-  std::size_t end_ = 0;
+  ToUtf8 decoder_;
+  std::string_view text_;  // what is left of the chunk, as UTF-8
 };
 
-/// Opens a file for reading without any translation; -1 and errno when that fails.
+/// Opens a file, whose path is UTF-8, for reading without any translation; -1 and errno when that fails.
 int open_for_reading(const std::string& path);
 void close_descriptor(int descriptor);
 /// Standard input's descriptor, without any translation.

@@ -3,10 +3,11 @@
 #include <windows.h>
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
+#include <new>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace korvex::cli::call {
 namespace {
@@ -17,15 +18,20 @@ struct Entry {
 };
 
 std::vector<Entry> entries;
+bool forgotten = false;  // there was no memory for an entry
+GdiTrace::Reach reach;
 
 constexpr std::string_view kSetPixel = "SetPixel";
 
-void note(std::string_view name) {
+/// Throws nothing, for it is called from inside the DLL.
+void note(std::string_view name) try {
   if (name == kSetPixel && !entries.empty() && entries.back().name == kSetPixel) {
     ++entries.back().repeats;
   } else {
     entries.push_back({name, 1});
   }
+} catch (const std::bad_alloc&) {
+  forgotten = true;
 }
 
 // ---- What stands in for GDI's functions ----
@@ -45,6 +51,7 @@ HGDIOBJ WINAPI select_object(HDC context, HGDIOBJ object) {
 BOOL WINAPI bit_blt(HDC to, int x, int y, int width, int height, HDC from, int from_x, int from_y,
                     DWORD operation) {
   note("BitBlt");
+  reach(x + width, y + height);
   return BitBlt(to, x, y, width, height, from, from_x, from_y, operation);
 }
 BOOL WINAPI delete_dc(HDC context) {
@@ -57,6 +64,7 @@ BOOL WINAPI delete_object(HGDIOBJ object) {
 }
 COLORREF WINAPI set_pixel(HDC context, int x, int y, COLORREF color) {
   note(kSetPixel);
+  reach(x + 1, y + 1);
   return SetPixel(context, x, y, color);
 }
 
@@ -84,78 +92,16 @@ ULONG_PTR stand_in_for(std::string_view name) {
   throw std::runtime_error("KORVEX32.dll imports " + std::string(name) + " from GDI, which cannot be traced");
 }
 
-// ---- The DLL's import address table ----
-
-/// The loaded DLL: what its headers point to lies at an offset from where the headers lie.
-class Image {
- public:
-  Image() : base_(reinterpret_cast<std::byte*>(GetModuleHandleA("KORVEX32.dll"))) {
-    if (base_ == nullptr) throw std::runtime_error("KORVEX32.dll is not loaded");
-  }
-
-  template <class Part>
-  [[nodiscard]] Part* at(std::size_t offset) const {
-    return reinterpret_cast<Part*>(base_ + offset);
-  }
-
-  /// The table of what the DLL imports from GDI.
-  [[nodiscard]] const IMAGE_IMPORT_DESCRIPTOR* gdi_imports() const {
-    const auto* const headers =
-        at<const IMAGE_NT_HEADERS>(static_cast<std::size_t>(at<const IMAGE_DOS_HEADER>(0)->e_lfanew));
-    const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    const auto* imports = at<const IMAGE_IMPORT_DESCRIPTOR>(directory.VirtualAddress);
-    while (imports->Name != 0 && lstrcmpiA(at<const char>(imports->Name), "GDI32.dll") != 0) ++imports;
-    if (imports->Name == 0) throw std::runtime_error("KORVEX32.dll imports nothing from GDI");
-    return imports;
-  }
-
- private:
-  std::byte* base_;
-};
-
-struct Slot {
-  ULONG_PTR* address;
-  ULONG_PTR original;
-};
-
-std::vector<Slot> replaced;
-
-void write(ULONG_PTR* address, ULONG_PTR function) {
-  DWORD before = 0;
-  if (VirtualProtect(address, sizeof *address, PAGE_READWRITE, &before) == 0) {
-    throw std::runtime_error("the imports of KORVEX32.dll cannot be written");
-  }
-  *address = function;
-  VirtualProtect(address, sizeof *address, before, &before);
-}
-
-void restore() {
-  for (const Slot& slot : replaced) write(slot.address, slot.original);
-  replaced.clear();
-}
-
 }  // namespace
 
-GdiTrace::GdiTrace() {
+GdiTrace::GdiTrace(Reach reach_of_surface) : imports_("GDI32.dll", stand_in_for) {
   entries.clear();
-  const Image image;
-  const IMAGE_IMPORT_DESCRIPTOR* const imports = image.gdi_imports();
-  const auto* name = image.at<const IMAGE_THUNK_DATA>(imports->OriginalFirstThunk);
-  auto* function = image.at<IMAGE_THUNK_DATA>(imports->FirstThunk);
-  for (; name->u1.AddressOfData != 0; ++name, ++function) {
-    const auto* const named = image.at<const IMAGE_IMPORT_BY_NAME>(name->u1.AddressOfData);
-    const ULONG_PTR replacement = stand_in_for(reinterpret_cast<const char*>(named->Name));
-    auto* const address = reinterpret_cast<ULONG_PTR*>(&function->u1.Function);
-    replaced.push_back({address, *address});
-    write(address, replacement);
-  }
+  forgotten = false;
+  reach = std::move(reach_of_surface);
 }
 
-GdiTrace::~GdiTrace() {
-  restore();
-}
-
-std::vector<std::string> GdiTrace::operations() const {
+std::vector<std::string> GdiTrace::operations() {
+  if (forgotten) throw std::bad_alloc();
   std::vector<std::string> names;
   for (const Entry& entry : entries) {
     std::string name(entry.name);

@@ -1,8 +1,11 @@
 // What KORVEX32.dll asks of GDI, call by call.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
+
+#include "call/imports_gdi.hpp"
 
 namespace korvex::cli::call {
 
@@ -10,14 +13,19 @@ namespace korvex::cli::call {
 /// a time.
 class GdiTrace {
  public:
-  /// Throws std::runtime_error when the DLL is not loaded or imports something else from GDI.
-  GdiTrace();
-  ~GdiTrace();
-  GdiTrace(const GdiTrace&) = delete;
-  GdiTrace& operator=(const GdiTrace&) = delete;
+  /// Told before an operation paints as far as `right` and `bottom`.
+  using Reach = std::function<void(int right, int bottom)>;
 
-  /// The operations in order by name; a run of n SetPixel calls is "SetPixel*n".
-  [[nodiscard]] std::vector<std::string> operations() const;
+  /// `reach` throws nothing: it is called from inside the DLL. Throws std::runtime_error when the DLL is not
+  /// loaded or imports something else from GDI.
+  explicit GdiTrace(Reach reach);
+
+  /// The operations in order by name; a run of n SetPixel calls is "SetPixel*n". Throws std::bad_alloc when
+  /// there was no memory to remember them.
+  [[nodiscard]] static std::vector<std::string> operations();
+
+ private:
+  Imports imports_;
 };
 
 }  // namespace korvex::cli::call

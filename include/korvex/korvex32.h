@@ -28,6 +28,9 @@
 extern "C" {
 #endif
 
+/* The records' fields stand where they stand, whatever packing the program around has chosen. */
+#pragma pack(push, 8)
+
 /* ---- Result codes ---- */
 
 enum Korvex_Result {
@@ -243,6 +246,8 @@ KORVEX_API int32_t korvex_device_operation_count(const Korvex_Device* device);
 KORVEX_API const char* korvex_device_operation(const Korvex_Device* device, int32_t index, int32_t* repeats);
 
 #endif /* !_WIN32 */
+
+#pragma pack(pop)
 
 #ifdef __cplusplus
 }

@@ -3,6 +3,7 @@
 
 #include "composite/entry.hpp"
 #include "datamatrix/entry.hpp"
+#include "frame/exceptions.hpp"
 #include "korvex/korvex32.h"
 #include "linear/entry.hpp"
 #include "maxicode/entry.hpp"
@@ -15,6 +16,8 @@ namespace {
 /// Runs one call; what it throws (memory ran out) becomes KORVEX_NO_SYMBOL.
 template <class Call>
 std::int16_t guarded(Call call) noexcept {
+  const korvex::frame::ExceptionRecord record;
+  if (!record.ok()) return KORVEX_NO_SYMBOL;
   try {
     return call();
   } catch (...) {

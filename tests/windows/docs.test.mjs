@@ -18,12 +18,7 @@ test('the C program of the page draws a QR symbol', (t) => {
   if (windows === undefined) return;
 
   const params = { ecc_level: 2, symbol_type: 2, module_size: 1, rmqr_rows: 1, data: 'KORVEX' };
-  const { result, width, rows } = call({ export: 'QR_Encode', params });
-  if (result === -2) {
-    assert.equal(windows.output.trim(), 'no symbol: -2');
-    t.skip('it draws nothing yet');
-    return;
-  }
+  const { width, rows } = call({ export: 'QR_Encode', params });
   const bits = (row) => Buffer.from(row, 'hex').reduce((all, byte) => all + byte.toString(2).padStart(8, '0'), '');
   const picture = rows.map((row) => bits(row).slice(0, width).replaceAll('1', '#').replaceAll('0', '.'));
   assert.equal(windows.output.replaceAll('\r', ''), `${picture.join('\n')}\n`);

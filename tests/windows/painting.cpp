@@ -1,6 +1,6 @@
-// Everything that paints, on every kind of destination of GDI, and ten thousand times over.
+// Everything that paints, on every kind of destination of GDI, ten thousand times over, and without memory.
 //   painting.exe destinations | leaks
-// Prints a line for every check: "ok - name", "not ok - name: why", "skip - name: why".
+// Prints a line for every check: "ok - name", "not ok - name: why".
 #include <windows.h>
 // After windows.h.
 #include <psapi.h>
@@ -12,8 +12,11 @@
 #include <functional>
 #include <new>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
+#include "call/imports_gdi.hpp"
 #include "frame/device.hpp"
 #include "frame/raster.hpp"
 #include "korvex/korvex32.h"
@@ -228,10 +231,6 @@ void check_destinations(const Painter& painter, bool own_symbol) {
   const Surface plain(kPlain);
   Symbol_Size size{-1, -1};
   const std::int16_t result = painter.paint(plain.context(), size);
-  if (result == KORVEX_NO_SYMBOL) {
-    std::printf("skip - %s: it draws nothing yet\n", painter.name.c_str());
-    return;
-  }
   if (own_symbol) check_plain(painter, plain, size);
   for (const Destination& kind : kDestinations) {
     const Surface picture(kind);
@@ -274,6 +273,12 @@ std::size_t working_set() {
   return counters.WorkingSetSize;
 }
 
+DWORD open_handles() {
+  DWORD count = 0;
+  GetProcessHandleCount(GetCurrentProcess(), &count);
+  return count;
+}
+
 struct Usage {
   std::size_t free_objects = free_gdi_objects();
   std::size_t heap = busy_bytes();
@@ -293,20 +298,25 @@ void check_measures() {
   std::free(block);
 }
 
+/// A linear symbol is painted nowhere.
+std::int16_t call_bit(HMODULE library) {
+  const auto bit =
+      reinterpret_cast<decltype(&Korvex_Bit)>(reinterpret_cast<void*>(GetProcAddress(library, "Korvex_Bit")));
+  std::uint32_t bars[188], guards[188];
+  char human_readable[23];
+  const Bar_Ratio ratio{};
+  const Bit_Data data{12, reinterpret_cast<const std::uint8_t*>("400638133393")};
+  Bit_Result pattern{0, bars, guards, 0, human_readable, {}};
+  return bit(3, 1, 1, &ratio, &data, &pattern);
+}
+
 void check_leaks(const std::vector<Painter>& painters, HMODULE library) {
   constexpr int kCalls = 10'000;
   constexpr int kPixelEvery = 200;  // painters that set pixels make tens of thousands of GDI calls each
   constexpr std::size_t kSlack = std::size_t{1} << 20;
-  const auto bit =
-      reinterpret_cast<decltype(&Korvex_Bit)>(reinterpret_cast<void*>(GetProcAddress(library, "Korvex_Bit")));
   const Surface surface(kPlain);
   const auto call_all = [&](int round) {
-    std::uint32_t bars[188], guards[188];
-    char human_readable[23];
-    const Bar_Ratio ratio{};
-    const Bit_Data data{12, reinterpret_cast<const std::uint8_t*>("400638133393")};
-    Bit_Result pattern{0, bars, guards, 0, human_readable, {}};
-    bit(3, 1, 1, &ratio, &data, &pattern);
+    call_bit(library);
     for (const Painter& painter : painters) {
       Symbol_Size size{};
       if (painter.in_colors_of_context || round % kPixelEvery == 0) painter.paint(surface.context(), size);
@@ -329,6 +339,120 @@ void check_leaks(const std::vector<Painter>& painters, HMODULE library) {
              : std::to_string(after.memory - before.memory) + " bytes more");
 }
 
+// ---- When there is no memory ----
+
+/// Counts the DLL's allocations down; the one at 0 fails, and all after it. Below 0 none fails.
+int allocations_left = -1;
+
+bool may_allocate() {
+  if (allocations_left > 0) --allocations_left;
+  return allocations_left != 0;
+}
+void* limited_malloc(std::size_t size) {
+  return may_allocate() ? std::malloc(size) : nullptr;
+}
+void* limited_calloc(std::size_t count, std::size_t size) {
+  return may_allocate() ? std::calloc(count, size) : nullptr;
+}
+void* limited_realloc(void* block, std::size_t size) {
+  return may_allocate() ? std::realloc(block, size) : nullptr;
+}
+ULONG_PTR limited(std::string_view name) {
+  if (name == "malloc") return reinterpret_cast<ULONG_PTR>(&limited_malloc);
+  if (name == "calloc") return reinterpret_cast<ULONG_PTR>(&limited_calloc);
+  if (name == "realloc") return reinterpret_cast<ULONG_PTR>(&limited_realloc);
+  return 0;
+}
+
+using Call = std::function<std::int16_t()>;
+struct Work {
+  const Call& call;
+  int allocations;
+  std::int16_t result;
+};
+DWORD WINAPI work_on(void* argument) {
+  auto& work = *static_cast<Work*>(argument);
+  allocations_left = work.allocations;
+  work.result = work.call();
+  allocations_left = -1;
+  return 0;
+}
+/// With so many allocations and no more. A thread's first exception is the one that needs most.
+std::int16_t on_new_thread(const Call& call, int allocations) {
+  Work work = {call, allocations, 0};
+  const HANDLE thread = CreateThread(nullptr, 0, work_on, &work, 0, nullptr);
+  WaitForSingleObject(thread, INFINITE);
+  CloseHandle(thread);
+  return work.result;
+}
+
+void check_without_memory(const std::string& name, const Call& call) {
+  constexpr int kMost = 2000;
+  int failed = 0;
+  std::string why;
+  for (int count = 0; why.empty(); ++count) {
+    const std::int16_t result = on_new_thread(call, count);
+    if (result == KORVEX_OK) break;
+    ++failed;
+    if (result != KORVEX_NO_SYMBOL || count == kMost) {
+      why = std::to_string(result) + " after allocation " + std::to_string(count);
+    }
+  }
+  if (failed == 0) why = "it never fails";
+  if (on_new_thread(call, -1) != KORVEX_OK) why = "it stays broken";
+  report(name + " without memory", why);
+}
+
+void check_without_memory(const std::vector<Painter>& painters, HMODULE library) {
+  const Surface surface(kPlain);
+  const korvex::cli::call::Imports imports("msvcrt.dll", limited);
+  const bool takes_none = on_new_thread([library] { return call_bit(library); }, 0) == KORVEX_OK;
+  report("Korvex_Bit without memory", takes_none ? "" : "it takes some");
+  for (std::size_t index = 2; index < painters.size(); ++index) {
+    const Painter& painter = painters[index];
+    check_without_memory(painter.name, [&] {
+      Symbol_Size size{};
+      return painter.paint(surface.context(), size);
+    });
+  }
+}
+
+// ---- Loaded and unloaded ----
+
+/// A round as a script host makes it, with a call that runs out of memory.
+void load_call_unload(const Surface& surface) {
+  const HMODULE library = LoadLibraryA("KORVEX32.dll");
+  {
+    const korvex::cli::call::Imports imports("msvcrt.dll", limited);
+    const Painter painter = all_painters(library)[2];
+    Symbol_Size size{};
+    painter.paint(surface.context(), size);
+    allocations_left = 1;
+    painter.paint(surface.context(), size);
+    allocations_left = -1;
+    call_bit(library);
+  }
+  FreeLibrary(library);
+}
+
+/// Requires that nobody else holds the DLL.
+void check_loads() {
+  constexpr int kRounds = 100;
+  const Surface surface(kPlain);
+  for (int round = 0; round < 10; ++round) load_call_unload(surface);
+  const bool gone = GetModuleHandleA("KORVEX32.dll") == nullptr;
+  const std::size_t heap = busy_bytes();
+  const DWORD handles = open_handles();
+  for (int round = 0; round < kRounds; ++round) load_call_unload(surface);
+  const std::size_t more = busy_bytes() - heap;
+  const DWORD more_handles = open_handles() - handles;
+  report("a hundred loads, calls and unloads leave nothing behind",
+         !gone ? "the DLL stays loaded"
+         : more == 0 && more_handles == 0
+             ? ""
+             : std::to_string(more) + " bytes, " + std::to_string(more_handles) + " handles");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -345,6 +469,9 @@ int main(int argc, char** argv) {
   } else if (what == "leaks") {
     check_measures();
     check_leaks(painters, library);
+    check_without_memory(painters, library);
+    FreeLibrary(library);
+    check_loads();
   } else {
     std::fprintf(stderr, "usage: painting.exe destinations | leaks\n");
     return 2;

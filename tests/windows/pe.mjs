@@ -1,13 +1,14 @@
 // What a Windows DLL or program says of itself: a reader of the PE file's headers.
 import { readFileSync } from 'node:fs';
 
-const directories = { exports: 0, imports: 1, resources: 2 };
+const directories = { exports: 0, imports: 1, resources: 2, relocations: 5 };
 
 export class PeFile {
   constructor(path) {
     this.bytes = readFileSync(path);
     const headers = this.bytes.readUInt32LE(0x3c);
     if (this.text(headers) !== 'PE') throw new Error(`${path} is no PE file`);
+    this.headers = headers;
     this.machine = this.bytes.readUInt16LE(headers + 4);
     this.optional = headers + 24;
     this.is64 = this.bytes.readUInt16LE(this.optional) === 0x20b;
@@ -45,6 +46,12 @@ export class PeFile {
     const name = (index) => this.text(this.place(this.bytes.readUInt32LE(names + index * 4)));
     return { names: Array.from({ length: this.bytes.readUInt32LE(at + 24) }, (_, index) => name(index)),
              functions: this.bytes.readUInt32LE(at + 20) };
+  }
+
+  /** Seconds since 1970: when it was linked, by its header and by its table of exports if it has one. */
+  times() {
+    const exports = this.directory('exports');
+    return [this.headers + 8, ...(exports ? [exports + 4] : [])].map((place) => this.bytes.readUInt32LE(place));
   }
 
   /** DLL name in capitals -> names imported from it. */

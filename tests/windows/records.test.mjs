@@ -27,15 +27,14 @@ test('records are read and written at their byte offsets, 16-bit arguments from 
   assert.deepEqual(found.map(({ id }) => id), expected.map(({ id }) => id));
 
   for (const [index, answer] of expected.entries()) {
-    const drawn = answer.result === 0;
-    await t.test(answer.id, (sub) => {
+    await t.test(answer.id, () => {
       const { written, behind_size, ...outcome } = found[index];
       assert.deepEqual(only(compared, outcome), only(compared, answer));
       const allowed = 'text_length' in answer ? bitResult : 'version_used' in answer ? versionUsed : [];
       assert.deepEqual(written.filter((offset) => !allowed.includes(offset)), [], 'nothing else is written');
       assert.notEqual(behind_size, false, 'nor is anything behind the size pair');
       if (answer.id === 'EAN-13') assert.equal(outcome.bars, ean13.replaceAll(' ', ''));
-      if (!drawn && answer.id !== 'not a digit') sub.skip('it draws nothing yet');
+      assert.equal(answer.result === 0, answer.id !== 'not a digit');
     });
   }
 });
