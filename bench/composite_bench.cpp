@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include "bench.hpp"
 #include "korvex/composite.hpp"
@@ -47,13 +48,19 @@ void add(const std::string& name, Options options, const std::string& data) {
   korvex::bench::add(name, encode, paint);
 }
 
-/// An element string of AI 91 with `count` characters of data by turns letters and digits.
-std::string long_element_string(int count) {
-  constexpr char kCharacters[] = "KORVEX-2026/12345678.COMPOSITE*0042";
-  std::string text = "91";
-  for (int i = 0; i < count; ++i) text.push_back(kCharacters[i % (static_cast<int>(sizeof kCharacters) - 1)]);
+/// `count` characters: AI 91, 92 and so on, their data as long as may be and made of `characters` over again.
+std::string long_element_string(std::size_t count, std::string_view characters) {
+  constexpr std::size_t kElement = 2 + 90;
+  std::string text;
+  for (char ai = '1'; text.size() < count; ++ai) {
+    text.append(text.empty() ? "9" : "#9").push_back(ai);
+    for (std::size_t i = 2; i < kElement && text.size() < count; ++i) {
+      text.push_back(characters[text.size() % characters.size()]);
+    }
+  }
   return text;
 }
+constexpr std::string_view kMixed = "KORVEX-2026/12345678.COMPOSITE*0042";
 
 const korvex::bench::Family kComposite([] {
   const std::string date_and_batch = "|1726123110ABC123";
@@ -69,15 +76,15 @@ const korvex::bench::Family kComposite([] {
       "01095011015300031726123131010017501526123191123456789012345678901234567890");
   add("databar-expanded/in rows of 4, with CC-B of 100 characters",
       {.symbology = Symbology::databar_expanded, .segments_per_row = 4},
-      "0109501101530003172612313103001750|" + long_element_string(98));
+      "0109501101530003172612313103001750|" + long_element_string(100, kMixed));
   add("ean13/12 digits", {.symbology = Symbology::ean13}, "400638133393");
   add("ean13/with CC-A", {.symbology = Symbology::ean13}, "400638133393" + date_and_batch);
-  add("upce/with CC-A", {.symbology = Symbology::upce}, "001234000006" + date_and_batch);
+  add("upce/with CC-A", {.symbology = Symbology::upce}, "01234000005" + date_and_batch);
   add("gs1-128/with CC-A", {.symbology = Symbology::gs1_128}, "0109501101530003" + date_and_batch);
   add("gs1-128-cc/with CC-C of 300 characters", {.symbology = Symbology::gs1_128_cc_c},
-      "010950110153000310ABC123|" + long_element_string(298));
+      "010950110153000310ABC123|" + long_element_string(300, kMixed));
   add("gs1-128-cc/with CC-C of 300 digits", {.symbology = Symbology::gs1_128_cc_c},
-      "010950110153000310ABC123|91" + std::string(298, '7'));
+      "010950110153000310ABC123|" + long_element_string(300, "7"));
 });
 
 }  // namespace

@@ -144,9 +144,6 @@ std::optional<std::array<int, 6>> suppress_zeros(const Digits& d) {
 Fault build_ean13(const Request& request, Symbol& symbol, Details* details) {
   Digits digits;
   if (const Fault fault = read_digits(request, digits)) return fault;
-  if (request.standard() && request.symbology == Symbology::upca && digits[0] != 0) {
-    return {Reason::not_a_upca_number, 0, static_cast<int>(request.linear.size())};
-  }
   Component2d component;
   if (const Fault fault = encode_cc_a_or_b(request, 4, component, details)) return fault;
 
@@ -189,10 +186,6 @@ Fault build_ean8(const Request& request, Symbol& symbol, Details* details) {
   constexpr std::size_t kFirst = 5;  // of the digits that are drawn
   Digits digits;
   if (const Fault fault = read_digits(request, digits)) return fault;
-  if (request.standard() &&
-      std::any_of(digits.begin(), digits.begin() + kFirst, [](int d) { return d != 0; })) {
-    return {Reason::digits_not_encoded, 0, 0, kNumberDigits - static_cast<int>(kFirst)};
-  }
   Component2d component;
   if (const Fault fault = encode_cc_a_or_b(request, 3, component, details)) return fault;
 

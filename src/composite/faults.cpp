@@ -36,11 +36,6 @@ std::string sentence(const Fault& fault, const Request& request) {
       return name + " has no character for " + byte_at + "; it takes digits.";
     case Reason::limited_value_too_large:
       return "GS1 DataBar Limited holds numbers up to 1999999999999; this one is greater.";
-    case Reason::not_a_upca_number:
-      return "UPC-A holds 11 digits without the check digit; " + given +
-             " given, the first of which is no 0.";
-    case Reason::digits_not_encoded:
-      return "EAN-8 holds " + expected + " digits without the check digit; the number has more.";
     case Reason::number_system_not_zero:
       return "UPC-E holds UPC-A numbers that begin with 0 (number system 0); this one does not.";
     case Reason::zeros_not_suppressible:

@@ -42,8 +42,6 @@ enum class Reason : std::uint8_t {
   linear_too_long,  ///< given, expected: characters
   not_a_digit,      ///< position, given
   limited_value_too_large,
-  digits_not_encoded,      ///< EAN-8, expected: digits that are
-  not_a_upca_number,       ///< given: digits
   number_system_not_zero,  ///< UPC-E
   zeros_not_suppressible,  ///< UPC-E
   not_a_gtin,              ///< DataBar Expanded

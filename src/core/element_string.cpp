@@ -125,10 +125,10 @@ class Reader {
     if (complained_) append_as_it_stands();
   }
 
-  /// Separators where they are, and no others.
+  /// Separators where they are, but for the one in front, and no others.
   void append_as_it_stands() {
     plain_.resize(start_);
-    for (std::size_t index = 0; index < text_.size();) {
+    for (std::size_t index = separator_at(0); index < text_.size();) {
       const Place place = place_at(index);
       plain_.append(place.identifier).append(place.data);
       index = behind(place);

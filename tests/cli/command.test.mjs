@@ -57,7 +57,7 @@ test('every error is one sentence and an exit status, with nothing drawn', () =>
       [2, /A series of 2 symbols goes into files/, 'draw', 'qr', 'ab', '--symbols', '2', '--format', 'png', '-o', '-'],
       [2, /--key with 16 hexadecimal digits/, 'draw', 'qr', 'ab', '--private', 'x', '--key', '123', '-o', 'x.png'],
       [2, /There is no size of 11 x 11 modules/, 'draw', 'datamatrix', 'x', '--size', '11x11', '-o', 'x.png'],
-      [1, /\(01\) takes exactly 14 digits; "12" given/, 'draw', 'datamatrix', '(01)12', '--gs1', '-o', 'x.png'],
+      [1, /\(01\) at position 1 of the data takes exactly 14 digits; 2 given/, 'draw', 'datamatrix', '(01)12', '--gs1', '-o', 'x.png'],
       [2, /take.* together/, 'draw', 'maxicode', 'x', '--postal-code', '1', '-o', 'x.png'],
       [2, /belong to a structured carrier message/, 'draw', 'maxicode', 'x', '--country', '1', '-o', 'x.png'],
       [1, /The postal code is "x1"; mode 3/, 'draw', 'maxicode', 'x', '--postal-code', 'x1', '--country', '1',

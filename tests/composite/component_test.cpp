@@ -27,8 +27,10 @@ const Carrier kCarriers[] = {
     {Symbology::gs1_128_cc_c, 0, "10ABCDEFGHIJKLMNOPQRST#21abcdefghijklmno", 1500},
 };
 
+/// Random texts break rules of GS1.
 Result<Symbol> encode_with(const Carrier& carrier, const std::string& text) {
-  return encode({.symbology = carrier.symbology}, carrier.linear + "|" + text);
+  return encode({.symbology = carrier.symbology, .gs1_checking = gs1::Checking::lenient},
+                carrier.linear + "|" + text);
 }
 
 /// What the reader makes of it, or why it cannot.
@@ -111,7 +113,9 @@ TEST(CompositeComponent, EveryMethodSchemeAndSizeReadsBack) {
     const std::string text = some_text(random, random.below(1 + random.below(carrier.longest_text)));
     const Result<Symbol> symbol = encode_with(carrier, text);
     if (!symbol) {
-      EXPECT_NE(symbol.error().message.find("too long"), std::string::npos) << text;
+      const bool hash_in_data = text.find("#8010") != std::string::npos;  // of which # is no separator
+      const char* const part = hash_in_data ? "no '#'" : "too long";
+      EXPECT_NE(symbol.error().message.find(part), std::string::npos) << text;
       continue;
     }
     rows_met[carrier.columns].insert(symbol->component_rows);
@@ -156,9 +160,8 @@ TEST(CompositeComponent, CcCIsAsWideAsItsLinearComponentOrLessFlat) {
   for (const char* const linear : {"1", "0109501101530003", "10ABCDEFGHIJKLMNOPQRST#21abcdefghijklmno"}) {
     int last_rows = 0;
     for (int length = 1; length < 600; length += 7) {
-      const Result<Symbol> symbol =
-          encode({.symbology = Symbology::gs1_128_cc_c},
-                 std::string(linear) + "|" + std::string(static_cast<std::size_t>(length), 'x'));
+      const Result<Symbol> symbol = encode_with({Symbology::gs1_128_cc_c, 0, linear, 0},
+                                                std::string(static_cast<std::size_t>(length), 'x'));
       if (!symbol) break;
       EXPECT_GE(4 * symbol->component_rows, symbol->component_columns + 4);
       EXPECT_LE(17 * (symbol->component_columns + 4) + 6, symbol->modules.columns());

@@ -225,7 +225,9 @@ TEST(QrSeries, TakesAsFewSymbolsAsHoldTheData) {
   EXPECT_EQ(count({}, 30, 5), 5);
   EXPECT_EQ(count({}, 30, 17), static_cast<int>(Code::bad_parameter));
   EXPECT_EQ(count({}, 3, 4), static_cast<int>(Code::bad_parameter));
-  EXPECT_EQ(count({.type = SymbolType::gs1}, 5000), static_cast<int>(Code::bad_parameter));
+  EXPECT_EQ(count({.type = SymbolType::gs1}, 5000), static_cast<int>(Code::bad_data));
+  EXPECT_EQ(count({.type = SymbolType::gs1, .gs1_checking = gs1::Checking::lenient}, 5000),
+            static_cast<int>(Code::bad_parameter));
 }
 
 }  // namespace
