@@ -21,9 +21,6 @@ constexpr std::string_view kSet82 =
 constexpr std::string_view kSet39 = "#-/0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 static_assert(kSet82.size() == 82 && std::ranges::is_sorted(kSet82) && kSet39.size() == 39);
 
-constexpr bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
 constexpr bool is_capital(char c) {
   return c >= 'A' && c <= 'Z';
 }

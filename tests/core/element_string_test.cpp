@@ -89,6 +89,7 @@ TEST(ElementString, FaultsAreNamed) {
        "21C",
        "due at position 6 of the data; \"\\x1D21C\" begins with none"},
       {"4", "due at position 1"},
+      {"31(2001750", "due at position 1 of the data; \"31(2\""},
       {"310", "due at position 1"},
       {"(01)0950110153000", "(01) at position 1 of the data takes exactly 14 digits; 13 given."},
       {"17261231"
