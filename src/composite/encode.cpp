@@ -48,6 +48,7 @@ std::optional<Error> append_plain_texts(const Options& options, std::string_view
   }
   const std::size_t bar = data.find('|');
   const std::string_view linear = data.substr(0, bar);
+  if (takes_element_strings(options.symbology) || bar != std::string_view::npos) plain.reserve(data.size());
   if (takes_element_strings(options.symbology)) {
     // GS1-128 has # as a character of data, and a byte of its own for FNC1; the others have # for FNC1 alone.
     const bool is_expanded = options.symbology == Symbology::databar_expanded;
@@ -78,7 +79,6 @@ Result<Symbol> encode_with_details(const Options& options, std::string_view data
   }
   std::string plain;
   if (options.dialect == Dialect::standard) {
-    plain.reserve(data.size());
     gs1::ElementString findings;
     if (auto error = append_plain_texts(options, data, plain, details == nullptr ? nullptr : &findings)) {
       return *std::move(error);

@@ -32,22 +32,25 @@ Error wrong(std::string message) {
   return {Code::bad_data, std::move(message)};
 }
 
-/// The digits of a GTIN behind its identifier, as many as the symbol has.
-Result<std::string> gtin_digits(Symbology symbology, std::string_view text) {
-  std::string plain;
-  if (auto error = append_plain({text, "linear component's text"}, {}, plain)) return *std::move(error);
-  if (plain.size() != kGtin.size() + kGtinDigits || !plain.starts_with(kGtin)) {
+/// The same for a GTIN behind its identifier, of which the symbol has the last digits.
+std::optional<Error> append_gtin(Symbology symbology, std::string_view text, std::string& plain) {
+  std::string gtin;
+  gtin.reserve(text.size());
+  if (auto error = append_plain({text, "linear component's text"}, {}, gtin)) return error;
+  if (gtin.size() != kGtin.size() + kGtinDigits || !gtin.starts_with(kGtin)) {
     return wrong(
-        "The linear component's text is one item number, (01) and its 14 digits; other identifiers "
-        "go into the 2D component.");
+        "The linear component's text is one item number, (01) and its 14 digits; other identifiers go into "
+        "the 2D component.");
   }
-  plain.erase(0, kGtin.size());
+  const std::string_view digits = std::string_view(gtin).substr(kGtin.size());
   const std::size_t zeros = kGtinDigits - number_digits(symbology);
-  if (plain.find_first_not_of('0') < zeros) {
+  if (digits.find_first_not_of('0') < zeros) {
     return wrong(name_of(symbology) + " holds item numbers whose 14 digits begin with " +
-                 std::to_string(zeros) + (zeros == 1 ? " zero; " : " zeros; ") + plain + " given.");
+                 std::to_string(zeros) + (zeros == 1 ? " zero; " : " zeros; ") + std::string(digits) +
+                 " given.");
   }
-  return plain.substr(zeros);
+  plain += digits.substr(zeros, digits.size() - zeros - 1);
+  return std::nullopt;
 }
 
 /// The eleven digits of the UPC-A number for the six of UPC-E, d: zeros go in where the last one says
@@ -78,13 +81,12 @@ std::string lengths(Symbology symbology) {
 }  // namespace
 
 std::optional<Error> append_item_number(Symbology symbology, std::string_view text, std::string& plain) {
-  const std::size_t digits = number_digits(symbology);
-  std::string number(text);
   if (gs1::is_bracketed(text) || (text.size() == kGtin.size() + kGtinDigits && text.starts_with(kGtin))) {
-    Result<std::string> gtin = gtin_digits(symbology, text);
-    if (!gtin) return gtin.error();
-    number = *std::move(gtin);
+    return append_gtin(symbology, text, plain);
   }
+  const std::size_t digits = number_digits(symbology);
+  std::string_view number = text;
+  std::string with_all_zeros;  // of a UPC-E number
   if (const auto bad = std::ranges::find_if_not(number, is_digit); bad != number.end()) {
     return wrong(name_of(symbology) + " has no character for byte " + shown(static_cast<std::uint8_t>(*bad)) +
                  " at position " + std::to_string(bad - number.begin() + 1) + "; it takes " +
@@ -92,20 +94,26 @@ std::optional<Error> append_item_number(Symbology symbology, std::string_view te
   }
   if (symbology == Symbology::upce && number.size() >= 6 && number.size() <= 8) {
     if (number.size() > 6 && number.front() != '0') {
-      return wrong("UPC-E of 7 or 8 digits begins with its number system 0; " + number + " given.");
+      return wrong("UPC-E of 7 or 8 digits begins with its number system 0; " + std::string(number) +
+                   " given.");
     }
-    const std::string check = number.substr(std::min<std::size_t>(number.size(), 7));
-    number = with_zeros(std::string_view(number).substr(number.size() == 6 ? 0 : 1)) + check;
+    const std::size_t number_system = number.size() == 6 ? 0 : 1;
+    with_all_zeros = with_zeros(number.substr(number_system));
+    with_all_zeros += number.substr(number_system + 6);
+    number = with_all_zeros;
   }
   if (number.size() != digits && number.size() != digits - 1) {
     return wrong(name_of(symbology) + " takes " + lengths(symbology) + "; " + std::to_string(text.size()) +
                  " characters given.");
   }
-  const std::string_view without_check = std::string_view(number).substr(0, digits - 1);
-  const int expected = check_digit(without_check);
-  if (number.size() == digits && number.back() - '0' != expected) {
-    return wrong("The check digit " + number.substr(digits - 1) + " of the item number " + number +
-                 " is wrong: these digits have the check digit " + std::to_string(expected) + ".");
+  const std::string_view without_check = number.substr(0, digits - 1);
+  if (number.size() == digits) {
+    const int expected = check_digit(without_check);
+    if (number.back() - '0' != expected) {
+      return wrong("The check digit " + std::string(number.substr(digits - 1)) + " of the item number " +
+                   std::string(number) + " is wrong: these digits have the check digit " +
+                   std::to_string(expected) + ".");
+    }
   }
   plain += without_check;
   return std::nullopt;

@@ -15,10 +15,6 @@ constexpr std::string_view kSeparatorName = "{GS}";
 constexpr char kHash = '#';
 constexpr std::string_view kIdentifierWithHash = "8010";  // of whose data # is a character
 
-bool is_digit(char character) {
-  return character >= '0' && character <= '9';
-}
-
 /// An element string where it stands in the text.
 struct Place {
   std::string_view identifier;
@@ -67,7 +63,7 @@ class Reader {
     if (text_[index] != text_.front()) return 0;
     const char close = text_.front() == '(' ? ')' : ']';
     std::size_t end = index + 1;
-    while (end < text_.size() && is_digit(text_[end])) ++end;
+    while (end < text_.size() && gs1::is_digit(text_[end])) ++end;
     const std::size_t digits = end - index - 1;
     return end < text_.size() && text_[end] == close && digits >= 2 && digits <= 4 ? digits : 0;
   }

@@ -357,18 +357,22 @@ static_assert(std::ranges::all_of(kIdentifiers, [](const IdentifierRow& row) {
   return kPlaces.prefixes[static_cast<std::size_t>(number_of(two))].digits == row.identifier.size();
 }));
 
+constexpr bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
 /// What the first two digits of a text say of its identifier; nullptr when it does not begin with two digits.
 constexpr const Prefix* find_prefix(std::string_view text) {
-  const auto is_digit = [](char c) { return c >= '0' && c <= '9'; };
   if (text.size() < 2 || !is_digit(text[0]) || !is_digit(text[1])) return nullptr;
   return &kPlaces.prefixes[static_cast<std::size_t>((text[0] - '0') * 10 + text[1] - '0')];
 }
 
-/// The row of an identifier of `digits`, all digits; nullptr when there is none.
-constexpr const IdentifierRow* find_identifier(std::string_view digits) {
-  const Prefix* const prefix = find_prefix(digits);
-  if (prefix == nullptr || prefix->digits == 0 || prefix->digits != digits.size()) return nullptr;
-  const int row = kPlaces.rows[static_cast<std::size_t>(prefix->first + number_of(digits.substr(2)))];
+/// The row of an identifier; nullptr when there is none that is spelled so.
+constexpr const IdentifierRow* find_identifier(std::string_view identifier) {
+  const Prefix* const prefix = find_prefix(identifier);
+  if (prefix == nullptr || prefix->digits == 0 || prefix->digits != identifier.size()) return nullptr;
+  if (!std::ranges::all_of(identifier, is_digit)) return nullptr;
+  const int row = kPlaces.rows[static_cast<std::size_t>(prefix->first + number_of(identifier.substr(2)))];
   return row == 0 ? nullptr : &kIdentifiers[static_cast<std::size_t>(row - 1)];
 }
 

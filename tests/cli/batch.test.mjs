@@ -48,6 +48,24 @@ test('a job draws what the same options draw, from JSON and from CSV', () =>
     }
   }));
 
+test('GS1 data are checked as a job says, and warnings are reported', () =>
+  inFolder((folder) => {
+    const wrong = '(01)09501101530004';
+    const { status, stderr, pictures, failed } = batch(folder, lines(
+      { id: 'a', symbology: 'code128', data: '(01)09501101530003', gs1: true },
+      { id: 'b', symbology: 'code128', data: wrong, gs1: 'strict' },
+      { id: 'c', symbology: 'code128', data: wrong, gs1: 'lenient' },
+      { id: 'd', symbology: 'code128', data: wrong, gs1: false },
+      { id: 'e', symbology: 'gs1-qr', data: wrong, gs1: true },
+      { id: 'f', symbology: 'datamatrix', data: wrong, gs1: 'lax' }));
+    assert.equal(status, 1);
+    assert.deepEqual(pictures, ['a-code128.png', 'c-code128.png', 'd-code128.png']);
+    assert.deepEqual(failed.map(({ id, error, warning }) => [id, (error ?? '').slice(0, 25), (warning ?? '').slice(0, 6)]), [
+      ['b', '(01) at position 1 of the', ''], ['c', '', '(01) a'], ['e', '(01) at position 1 of the', ''],
+      ['f', '--gs1 is strict or lenien', '']]);
+    assert.match(stderr, /3 symbols drawn, 1 line with warnings, 3 lines failed \(/);
+  }));
+
 test('what the command line says holds for jobs that do not say it', () =>
   inFolder((folder) => {
     const list = 'name,data,level\n"a\nb",1,\nc,2,L\n';

@@ -215,3 +215,31 @@ test('bar width reduction takes whole dots off what is dark, and nothing else', 
   const dark = pixels.flatMap((row, y) => row.flatMap((pixel, x) => (pixel ? [`${x},${y}`] : [])));
   assert.deepEqual(covered, new Set(dark));
 });
+
+test('GS1 data that break the rules are refused, or drawn with a warning', () => {
+  const right = '(01)09501101530003';
+  const wrong = '(01)09501101530004';
+  for (const name of ['code128', 'datamatrix', 'gs1-128', 'gs1-qr', 'databar-expanded']) {
+    const expected = modulesOf(name, '--gs1', right);
+    assert.equal(modulesOf(name, right, '--gs1=strict'), expected);
+    assert.equal(draw(name, '--format', 'txt', '--gs1', '--', '{GS}0109501101530003').toString().trimEnd(), expected);
+    for (const args of [['--gs1', wrong], [wrong, '--gs1', 'strict'], ['--gs1', '--', wrong]]) {
+      const refused = korvex(['draw', name, '-o', '-', '--format', 'txt', ...args]);
+      assert.match(refused.stderr, /^korvex: \(01\) at position 1 of the data has the check digit 4, which is wrong: .*\n$/);
+      assert.equal(refused.status, 1);
+    }
+    if (name === 'databar-expanded') continue;  // has no room for a check digit of its own
+    const drawn = korvex(['draw', '--gs1', 'lenient', name, wrong, '-o', '-', '--format', 'txt']);
+    assert.match(drawn.stderr, /^korvex: \(01\) at position 1 of the data has the check digit 4, which is wrong: .*\n$/);
+    assert.equal(drawn.status, 0);
+    assert.notEqual(drawn.stdout.toString().trimEnd(), expected);
+  }
+  const composite = ['draw', 'ean13-cc', '4006381333931', '--cc', '(10)A B', '-o', '-', '--format', 'txt'];
+  assert.match(korvex(composite).stderr, /\(10\) at position 1 of the 2D component's text cannot hold/);
+  assert.match(korvex([...composite, '--gs1', 'lenient']).stderr, /\(10\) at position 1 of the 2D component's text/);
+  // People read brackets, whatever was typed.
+  const text = (...args) => korvex(['draw', ...args, '-o', '-', '--format', 'txt', '--verbose']).stderr;
+  assert.match(text('code128', '--gs1', '[10]AB[21]7'), /text \(10\)AB\(21\)7,/);
+  assert.match(text('code128', '--gs1', '10AB{GS}217'), /text \(10\)AB\(21\)7,/);
+  assert.match(text('code128', '--gs1', 'lenient', 'AB{GS}217'), /text AB217,/);
+});

@@ -197,7 +197,7 @@ TEST(DataMatrixEncodation, SaysWhatIsWrong) {
 }
 
 TEST(DataMatrixEncodation, SegmentsCoverTheMessage) {
-  const auto symbol = encode({.gs1 = true},
+  const auto symbol = encode({.gs1 = true, .gs1_checking = gs1::Checking::lenient},
                              "10abcdefghijkl\x1D"
                              "21ABCDEFGHIJKL\x80\x81\x82\x83");
   ASSERT_TRUE(symbol) << symbol.error().message;

@@ -209,7 +209,7 @@ const std::string kMixed = [] {
   while (mixed.size() < 900) mixed += "Mixed TEXT, 0123456789 ";
   return mixed;
 }();
-const std::string kElements = "0109501101530003|10" + std::string(40, 'A');
+const std::string kElements = "0109501101530003|10" + std::string(20, 'A') + "#21" + std::string(18, 'A');
 const std::vector<Call> kLargeCalls = {
     linear(9, std::string_view(kMixed).substr(0, 300)),
     qr(2, std::string_view(kBytes).substr(0, 2300)),
