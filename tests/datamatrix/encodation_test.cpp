@@ -128,6 +128,8 @@ TEST(DataMatrixEncodation, WritesTheLengthOfBase256) {
       {278, 64, 64, "231 44"},       // fills 280
       {278, 0, 64, "231 44"},        //
       {279, 0, 72, "231 38 222"},    // 250, then 29
+      {499, 0, 88, "231 38 186"},    // 250, then 249
+      {500, 0, 88, "231 39 193"},    // 251, then 0
       {1555, 0, 144, "231 43 248"},  // 255, then 55
       {1556, 0, 144, "231 44"},      // without the second codeword of the length it just fits
       {1557, 0, 0, "none"},          //
