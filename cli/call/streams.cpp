@@ -68,7 +68,8 @@ bool LineReader::next(std::string& line) {
     const auto from = chunk_.begin() + static_cast<std::ptrdiff_t>(begin_);
     const auto to = chunk_.begin() + static_cast<std::ptrdiff_t>(end_);
     const auto line_feed = std::find(from, to, '\n');
-    line.append(from, line_feed);
+    const auto room = static_cast<std::ptrdiff_t>(kLongest + 1 - line.size());
+    line.append(from, from + std::min(room, line_feed - from));
     begin_ = static_cast<std::size_t>(line_feed - chunk_.begin()) + (line_feed == to ? 0 : 1);
     if (line_feed != to) return true;
   }
