@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -56,6 +57,10 @@ class Session {
   std::string answer_line(std::string_view line, const std::string& place) {
     Request request;
     try {
+      if (line.size() > LineReader::kLongest) {
+        throw BadLine("it has more than the " + std::to_string(LineReader::kLongest) +
+                      " bytes that are read");
+      }
       read_request(line, request);
       return answer(exports_, request, console_);
     } catch (const BadLine& bad) {

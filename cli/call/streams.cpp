@@ -64,7 +64,7 @@ bool LineReader::next(std::string& line) {
   for (;;) {
     if (text_.empty() && !refill()) return !line.empty() && error_ == 0;
     const std::size_t length = std::min(text_.find('\n'), text_.size());
-    line += text_.substr(0, length);
+    line += text_.substr(0, std::min(length, kLongest + 1 - line.size()));
     const bool ends = length < text_.size();
     text_.remove_prefix(length + (ends ? 1 : 0));
     if (ends) return true;

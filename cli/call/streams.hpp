@@ -37,8 +37,11 @@ class LineReader {
   /// Does not take the descriptor over.
   LineReader(int descriptor, Output& output) : descriptor_(descriptor), output_(output), chunk_(1 << 16) {}
 
-  /// The next line without its line feed. False at the end, and after a read error.
+  /// The next line without its line feed, or the first kLongest bytes and one more of a line that is longer.
+  /// False at the end, and after a read error.
   bool next(std::string& line);
+  /// Many times what the longest data takes, every byte of it written as an escape.
+  static constexpr std::size_t kLongest = std::size_t{1} << 24;
   /// The errno of the read that failed, 0 when none did.
   [[nodiscard]] int error() const { return error_; }
 

@@ -2,10 +2,12 @@
 // given and what is allowed.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "korvex/korvex.hpp"
 

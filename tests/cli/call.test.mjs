@@ -131,6 +131,7 @@ test('a bad line gets a sentence, and the next one its answer', () => {
     ['{"export": "Korvex_Bit", "params": {"data": "\xff"}}', /not JSON/],  // as Latin-1: no UTF-8
     ['{"id": ' + '['.repeat(100000) + ']'.repeat(100000) + '}', /nested/],
     ['{"id": 1e999}', /too large/],
+    [`{"id": "${'x'.repeat(1 << 25)}"}`, /more than the 16777216 bytes that are read/],
     ['{"params": {}}', /export is missing/],
     ['{"export": "qr_encode", "params": {}}', /no export "qr_encode"; there are Korvex_Bit, .* and VERI_Encode/],
     ['{"id": {"a": 1, "a": 2}, "export": "VERI_Encode", "params": {}}', /the key "a" is there twice/],
