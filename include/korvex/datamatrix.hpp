@@ -57,8 +57,8 @@ inline constexpr int kMaxDataBytes = 4158;
 /// Encodes `data` as one symbol.
 ///
 /// Errors: bad_parameter for a size that does not exist; bad_data for an ESC that starts no escape; no_symbol
-/// when the data does not fit the size, or the largest, or is longer than kMaxDataBytes. Both dialects are the
-/// same here, and no data at all is a symbol of pads.
+/// when the data does not fit the size, or the largest, or is longer than kMaxDataBytes. Both dialects are
+/// the same here, and no data at all is a symbol of pads.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 

@@ -116,9 +116,9 @@ struct Symbol {
 /// Encodes `data`, at most 512 bytes, as one linear symbol of at most 501 symbol characters (start and check
 /// characters included) and 5984 modules, without quiet zones.
 ///
-/// Errors: bad_data for a character or a length that the symbology does not allow, no data at all, or a supplied
-/// check digit that is wrong (EAN/UPC, SSCC-18); no_symbol for data too long to hold; bad_parameter for options
-/// out of range or that the symbology does not offer.
+/// Errors: bad_data for a character or a length that the symbology does not allow, no data at all, or a
+/// supplied check digit that is wrong (EAN/UPC, SSCC-18); no_symbol for data too long to hold; bad_parameter
+/// for options out of range or that the symbology does not offer.
 ///
 /// Dialect::korvex32 draws what Korvex_Bit draws:
 /// - MSI has a gap between its characters, and Code 11 one of two modules with the ratio 5:2;

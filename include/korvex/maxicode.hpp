@@ -50,8 +50,8 @@ struct Symbol {
 /// Errors: bad_parameter for options out of range; bad_data for a postal code or a byte 0 that cannot be
 /// encoded; no_symbol for a message that does not fit. Dialect::korvex32 draws what MAXI_Encode draws: "!" is
 /// codeword 33 of code set B, which readers take for a pad, byte 31 stands as it is in every code set, where
-/// it announces nine digits, postal codes are not looked at but for the six characters of mode 3 (in mode 2 the
-/// number at their start counts, modulo 2^30), and a position may be beyond `total`, up to 8.
+/// it announces nine digits, postal codes are not looked at but for the six characters of mode 3 (in mode 2
+/// the number at their start counts, modulo 2^30), and a position may be beyond `total`, up to 8.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> message);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view message);
 

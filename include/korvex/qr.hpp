@@ -81,9 +81,9 @@ struct Symbol {
 /// Encodes `data` as one symbol.
 ///
 /// Errors: bad_parameter for options out of range or that do not go together; gs1_fixed_mode for a fixed mode
-/// with SymbolType::gs1; bad_data for no data at all and data that a fixed mode cannot pack; no_symbol when no
-/// version, or not the one asked for, holds the data, or it is more than the encoder takes (7366 characters,
-/// 200 segments).
+/// with SymbolType::gs1; bad_data for no data at all and data that a fixed mode cannot pack; no_symbol when
+/// no version, or not the one asked for, holds the data, or it is more than the encoder takes (7366
+/// characters, 200 segments).
 ///
 /// Dialect::korvex32 draws what QR_Encode draws. It differs in three places: the short last data codeword of
 /// Micro QR M1 and M3 enters the error correction shifted to the high half of a byte, and a pad codeword

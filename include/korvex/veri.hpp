@@ -39,8 +39,8 @@ struct Symbol {
 
 /// Encodes `data` as one symbol. A reader gets the data followed by the zero bytes that fill the symbol.
 ///
-/// Errors: bad_parameter for a size or a correction that there is not; no_symbol when the data does not fit into the size asked
-/// for, or into the largest.
+/// Errors: bad_parameter for a size or a correction that there is not; no_symbol when the data does not fit
+/// into the size asked for, or into the largest.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 
