@@ -175,8 +175,9 @@ TEST(Errors, HelpersAnswerForAnyArgument) {
 // A sentence stays one whatever it is about.
 TEST(Errors, ShowLittleOfLongData) {
   const std::string escapes(100'000, '\x1B');
-  for (const std::string& text :
-       {"(01)" + escapes, "(10)" + escapes, "(17)" + escapes, escapes, "[21]A\u202E"}) {
+  const std::vector<std::string> texts = {"(01)" + escapes, "(10)" + escapes, "(17)" + escapes, escapes,
+                                          "[21]A\u202E"};
+  for (const std::string& text : texts) {
     const std::string message = error_of(gs1::element_string(text)).message;
     EXPECT_LE(message.size(), 300U);
     EXPECT_TRUE(std::ranges::all_of(message, [](char c) { return c >= ' ' && c <= '~'; })) << message;
