@@ -90,15 +90,15 @@ struct Symbol {
 /// Dialect::standard chooses the mask of Model 1 and Model 2 by ISO/IEC 18004:2015, 7.8.3.1, all eight
 /// counted in full. Dialect::korvex32 draws what QR_Encode draws:
 /// - only the three masks with the fewest 2 x 2 squares of one colour are judged further, finder-like
-/// patterns
-///   are counted in units of any size and not at the left and the top edge, the share of dark modules is
-///   rounded;
+///   patterns are counted in units of any size and not at the left and the top edge, the share of dark
+///   modules is rounded;
 /// - a pad codeword of four bits, the last data codeword of Micro QR M1 and M3, is cut from 0xEC or 0x11
 ///   instead of being 0000;
 /// - in alphanumeric segments of GS1 QR a "%" of the data stands single, where readers take it for a
 ///   separator, and the separator 0x1D is left to byte mode;
 /// - GS1 data come without brackets, byte 0x1D for FNC1, and are not checked;
-/// - data that a fixed mode cannot pack is packed all the same.
+/// - data that a fixed mode cannot pack is packed all the same, small letters of alphanumeric mode as
+/// capitals.
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::span<const std::uint8_t> data);
 [[nodiscard]] KORVEX_API Result<Symbol> encode(const Options& options, std::string_view data);
 

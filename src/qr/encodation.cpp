@@ -16,7 +16,8 @@ constexpr std::uint32_t kFnc1InFirstPosition = 0b0101;
 constexpr std::uint32_t kStructuredAppend = 0b0011;
 constexpr std::array<std::uint8_t, 2> kPadCodewords = {0xEC, 0x11};
 
-/// Values of the alphanumeric characters, ISO/IEC 18004:2015, Table 5. A small letter has its capital's.
+/// Values of the alphanumeric characters, ISO/IEC 18004:2015, Table 5. A small letter is not one of them, but
+/// the old dialect packs it as its capital.
 struct AlphanumericValues {
   std::array<std::uint8_t, 256> value{};  // 0 also for bytes that have none
   std::array<bool, 256> valid{};
@@ -31,7 +32,6 @@ constexpr AlphanumericValues make_alphanumeric_values() {
     values.valid[character] = true;
     if (character >= 'A' && character <= 'Z') {
       values.value[character + 0x20U] = static_cast<std::uint8_t>(i);
-      values.valid[character + 0x20U] = true;
     }
   }
   return values;

@@ -31,8 +31,7 @@ void write_data_codewords(const Options& options, int version, const Stream& pub
 /// Appends prefix and segments of a stream, no terminator.
 void put_stream(const Options& options, int version, const Stream& stream, BitWriter& bits);
 
-/// The first byte that `mode` cannot pack, as an index into `data`, or -1. Small letters pass as
-/// alphanumeric.
+/// The first byte that `mode` cannot pack, as an index into `data`, or -1.
 int first_unfit_byte(Mode mode, std::span<const std::uint8_t> data);
 
 }  // namespace korvex::qr

@@ -158,7 +158,7 @@ TEST(QrEncodation, FixedModesPackUnfitDataByTheirFormulas) {
   EXPECT_EQ(packed(Mode::kanji, "88 9F 41"), packed(Mode::kanji, "88 9F")) << "a byte without a second one";
   EXPECT_EQ(packed(Mode::numeric, "3A"), "10 06 80 EC 11 EC") << "digit ten in four bits";
   EXPECT_EQ(first_unfit_byte(Mode::numeric, bytes("12a")), 2);
-  EXPECT_EQ(first_unfit_byte(Mode::alphanumeric, bytes("aZ $%*+-./:_")), 11);
+  EXPECT_EQ(first_unfit_byte(Mode::alphanumeric, bytes("09AZ $%*+-./:a")), 13);
   EXPECT_EQ(first_unfit_byte(Mode::kanji, from_hex("88 9F 88")), 2);
   EXPECT_EQ(first_unfit_byte(Mode::byte, from_hex("00 FF")), -1);
 }
