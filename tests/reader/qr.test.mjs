@@ -5,139 +5,167 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { execFileSync } from 'node:child_process';
 import { test } from 'node:test';
-import { bytesOf, korvex, Random, read, readBack } from './reader.mjs';
+import { bytesOf, draw, korvex, Random, read, readBack } from './reader.mjs';
 
 const digits = '0123456789';
 const alphanumeric = `${digits}ABCDEFGHIJKLMNOPQRSTUVWXYZ $%*+-./:`;
 const bytes = Array.from({ length: 256 }, (_, code) => String.fromCharCode(code)).join('');
-const kanji = ['8140', '889f', '93fa', '967b', '8cea', '9ffc', 'e040', 'ea9e'].map((pair) => Buffer.from(pair, 'hex').toString('latin1'));
 
-const levels = ['L', 'M', 'Q', 'H'];
-const microLevels = { M1: ['L'], M2: ['L', 'M'], M3: ['L', 'M'], M4: ['L', 'M', 'Q'] };
-const rmqrVersions = [7, 9, 11, 13, 15, 17].flatMap((rows) =>
-  [27, 43, 59, 77, 99, 139].filter((columns) => columns > 27 || rows === 11 || rows === 13).map((columns) => `R${rows}x${columns}`));
+/** A random Shift JIS pair that Kanji mode packs: 8140 to 9FFC, E040 to EBBF. */
+function kanji(random) {
+  const lead = 0x81 + random.below(43);
+  const code = lead > 0x9f ? lead + 0x40 : lead;
+  const trail = 0x40 + random.below(code === 0xeb ? 127 : 188);
+  return String.fromCharCode(code, trail < 0x7f ? trail : trail + 1);
+}
 
-const pureModel1 = 7;  // the reader finds smaller ones only where it looks for finder patterns, larger ones only without
+const some = (random, length, one) => Array.from({ length }, () => one(random)).join('');
+/** The modes in the order of their count indicators: random characters, and how many fit in some bits. */
+const modes = [
+  { name: 'numeric', make: (random, n) => random.string(digits, n), fit: (bits) => 3 * Math.floor(bits / 10) + [0, 0, 0, 0, 1, 1, 1, 2, 2, 2][bits % 10] },
+  { name: 'alphanumeric', make: (random, n) => random.string(alphanumeric, n), fit: (bits) => 2 * Math.floor(bits / 11) + (bits % 11 < 6 ? 0 : 1) },
+  { name: 'byte', make: (random, n) => random.string(bytes, n), fit: (bits) => Math.floor(bits / 8) },
+  { name: 'kanji', make: (random, n) => some(random, n, kanji), fit: (bits) => Math.floor(bits / 13) },
+];
 
-/** Data of several modes, short enough for `version`. */
+// ISO/IEC 18004:2015, Table 7: data codewords of versions 1 to 40.
+const dataCodewords = {
+  L: [
+    19, 34, 55, 80, 108, 136, 156, 194, 232, 274, 324, 370, 428, 461, 523, 589, 647, 721, 795, 861, 932, 1006, 1094,
+    1174, 1276, 1370, 1468, 1531, 1631, 1735, 1843, 1955, 2071, 2191, 2306, 2434, 2566, 2702, 2812, 2956,
+  ],
+  M: [
+    16, 28, 44, 64, 86, 108, 124, 154, 182, 216, 254, 290, 334, 365, 415, 453, 507, 563, 627, 669, 714, 782, 860,
+    914, 1000, 1062, 1128, 1193, 1267, 1373, 1455, 1541, 1631, 1725, 1812, 1914, 1992, 2102, 2216, 2334,
+  ],
+  Q: [
+    13, 22, 34, 48, 62, 76, 88, 110, 132, 154, 180, 206, 244, 261, 295, 325, 367, 397, 445, 485, 512, 568, 614, 664,
+    718, 754, 808, 871, 911, 985, 1033, 1115, 1171, 1231, 1286, 1354, 1426, 1502, 1582, 1666,
+  ],
+  H: [
+    9, 16, 26, 36, 46, 60, 66, 86, 100, 122, 140, 158, 180, 197, 223, 253, 283, 313, 341, 385, 406, 442, 464, 514,
+    538, 596, 628, 661, 701, 745, 793, 845, 901, 961, 986, 1054, 1096, 1142, 1222, 1276,
+  ],
+};
+const countBits = (version) => (version < 10 ? [10, 9, 8, 8] : version < 27 ? [12, 11, 16, 10] : [14, 13, 16, 12]);
+// The same table: data bits of a level, and the bits of mode and count indicators, which M1 and M2 have for few modes.
+const micro = {
+  M1: { bits: { L: 20 }, header: [3] },
+  M2: { bits: { L: 40, M: 32 }, header: [5, 4] },
+  M3: { bits: { L: 84, M: 68 }, header: [7, 6, 6, 5] },
+  M4: { bits: { L: 128, M: 112, Q: 80 }, header: [9, 8, 8, 7] },
+};
+// ISO/IEC 23941:2022, Tables 6 and 3: data codewords of levels M and H, bits of the count indicators.
+const rmqr = `
+  R7x43 6 3 4332, R7x59 12 7 5543, R7x77 20 10 6554, R7x99 28 14 7655, R7x139 44 24 7665, R9x43 12 7 5543,
+  R9x59 21 11 6554, R9x77 31 17 7655, R9x99 42 22 7665, R9x139 63 33 8766, R11x27 7 5 4432, R11x43 19 11 6554,
+  R11x59 31 15 7655, R11x77 43 23 7665, R11x99 57 29 8766, R11x139 84 42 8776, R13x27 12 7 5543, R13x43 27 13 6655,
+  R13x59 38 20 7665, R13x77 53 29 7766, R13x99 73 35 8776, R13x139 106 54 8877, R15x43 33 15 7665, R15x59 48 26 7765,
+  R15x77 67 31 8776, R15x99 88 48 8776, R15x139 127 69 9877, R17x43 39 21 7665, R17x59 56 28 8766, R17x77 78 38 8776,
+  R17x99 100 56 8876, R17x139 152 76 9887`.trim().split(/,\s+/).map((row) => row.split(' '));
+
+/** Data of several modes in random turn, `longest` bytes long or a little less. */
 function mixture(random, longest) {
-  const parts = [() => random.string(digits, 7), () => random.string(alphanumeric, 5), () => random.string(bytes, 3)];
   let data = '';
-  while (data.length < longest) data += parts[random.below(parts.length)]();
-  return data.slice(0, longest);
+  for (;;) {
+    const next = modes[random.below(4)].make(random, 1 + random.below(9));
+    if (data.length + next.length > longest) return data === '' ? '7' : data;
+    data += next;
+  }
 }
 
 /** Draws in one version and level, and checks that the reader finds these, the data, and nothing to correct. */
-async function check(name, format, data, version, level, options = []) {
-  const what = `${name} ${version}-${level} of ${JSON.stringify(data)}`;
-  const result = await readBack(name, data, format, ['--module', '2', '--version', version, '--level', level, ...options], { isPure: true });
+async function check(name, data, version, level, { options = [], uec = [1], identifier = ']Q1' } = {}) {
+  const what = `${name} ${version}-${level} ${options.join(' ')} of ${JSON.stringify(data)}`;
+  const given = ['--module', '2', '--version', version, '--level', level, ...options];
+  const result = await readBack(name, data, 'QRCode', given, { isPure: true });
   assert.equal(bytesOf(result), data, what);
   assert.equal(result.version, version, what);
   assert.equal(result.ecLevel, level, what);
-  // The reader takes the short codeword of M1 and M3 for a whole one, of whomever's symbols, and corrects that.
-  if (!/^M[13]$/.test(version)) assert.equal(JSON.parse(result.extra).UEC, 1, `${what}: no module needs correction`);
-  return result;
+  assert.equal(result.symbologyIdentifier, identifier, what);
+  assert.ok(uec.includes(JSON.parse(result.extra).UEC), `${what}: UEC ${JSON.parse(result.extra).UEC}`);
 }
 
-for (const level of levels) {
-  test(`every version of Model 2 at level ${level}`, async () => {
+/** Reads `lengths` of the data that `room` bits hold in a mode, counted from the longest down; one more is refused. */
+async function checkMode(name, random, mode, room, version, level, lengths, settings = {}) {
+  const longest = mode.fit(room);
+  const options = ['--mode', mode.name];
+  for (const length of new Set(lengths.map((less) => longest - less).filter((length) => length > 0))) {
+    await check(name, mode.make(random, length), version, level, { ...settings(length), options });
+  }
+  await assert.rejects(draw(name, mode.make(random, longest + 1), ['--version', version, '--level', level, ...options]),
+    /does not fit|does not hold the data/, `${name} ${version}-${level}: ${longest + 1} in ${mode.name} mode`);
+}
+
+// A symbol of each mode that fills it or leaves one character free, with a terminator of four bits or less.
+for (const level of 'LMQH') {
+  test(`every version of Model 2 at level ${level}, full and mixed`, async () => {
     const random = new Random(level.charCodeAt(0));
     for (let version = 1; version <= 40; ++version) {
-      const result = await check('qr', 'QRCode', mixture(random, 4 + Math.floor(version ** 1.7 / 2) * (level === 'L' ? 3 : 1)), `${version}`, level);
-      assert.equal(result.symbologyIdentifier, ']Q1');
+      const bits = 8 * dataCodewords[level][version - 1];
+      for (const [index, mode] of modes.entries()) {
+        // Of large versions one mode each.
+        if (version > 10 && version !== 26 && version !== 27 && version !== 40 && index !== version % 4) continue;
+        await checkMode('qr', random, mode, bits - 4 - countBits(version)[index], `${version}`, level, [0, 1], () => ({}));
+      }
+      await check('qr', mixture(random, Math.min(bits / 8 / 2, 600)), `${version}`, level);
     }
   });
 }
 
+// The reader finds none from version 13 on.
 test('Model 1 up to version 12 at every level', async () => {
   const random = new Random(1);
   for (let version = 1; version <= 12; ++version) {
-    for (const level of levels) {
-      const data = mixture(random, 3 + version * 4);
-      const result = await readBack('qr-model1', data, 'QRCode',
-        ['--module', '2', '--version', `${version}`, '--level', level], { isPure: version >= pureModel1 });
-      assert.equal(bytesOf(result), data, `Model 1 ${version}-${level}`);
-      assert.equal(result.symbologyIdentifier, ']Q0');
+    for (const level of 'LMQH') {
+      for (const data of [mixture(random, 3 + version * 4), random.string(digits, 4 + version * 7), some(random, version, kanji)]) {
+        await check('qr-model1', data, `${version}`, level, { identifier: ']Q0' });
+      }
     }
   }
 });
 
-test('every version and level of Micro QR, in every mode, at every length', async () => {
+test('every length of every version, level and mode of Micro QR', async () => {
   const random = new Random(2);
-  // Most characters: digits, alphanumeric, bytes, Kanji (ISO/IEC 18004:2015, Table 7).
-  const most = {
-    'M1-L': [5, 0, 0, 0], 'M2-L': [10, 6, 0, 0], 'M2-M': [8, 5, 0, 0], 'M3-L': [23, 14, 9, 6], 'M3-M': [18, 11, 7, 4],
-    'M4-L': [35, 21, 15, 9], 'M4-M': [30, 18, 13, 8], 'M4-Q': [21, 13, 9, 5],
-  };
-  const modes = [
-    (length) => [random.string(digits, length), []],
-    (length) => [random.string(alphanumeric, length), []],
-    (length) => [random.string('abc\xfe', length), []],
-    (length) => [Array.from({ length }, () => kanji[random.below(kanji.length)]).join(''), ['--encoding', 'bytes']],
-  ];
-  for (const [name, lengths] of Object.entries(most)) {
-    const [version, level] = name.split('-');
-    for (const [mode, data] of modes.entries()) {
-      for (let length = 1; length <= lengths[mode]; ++length) {
-        const [text, options] = data(length);
-        await check('micro-qr', 'MicroQRCode', text, version, level, options);
+  for (const [version, { bits, header }] of Object.entries(micro)) {
+    for (const level of Object.keys(bits)) {
+      // The reader takes the short last codeword of M1 and M3 for the low half of a byte, and spends a correction
+      // on it unless it is 0000. What comes out is right.
+      const short = { M1L: [16, 0], M3L: [80, 0.66], M3M: [64, 0.75] }[version + level];
+      for (const [index, headerBits] of header.entries()) {
+        const mode = modes[index];
+        const all = Array.from({ length: mode.fit(bits[level] - headerBits) }, (_, less) => less);
+        const reaches = (length) => short && length > mode.fit(short[0] - headerBits);
+        await checkMode('micro-qr', random, mode, bits[level] - headerBits, version, level, all,
+          (length) => ({ uec: reaches(length) ? [1, short[1]] : [1] }));
       }
-      if (lengths[mode] === 0) continue;
-      const [text, options] = data(lengths[mode] + 1);
-      await assert.rejects(check('micro-qr', 'MicroQRCode', text, version, level, options), /micro-qr: korvex: /, `${name} ${text}`);
     }
   }
 });
 
-test('every version and level of rMQR', async () => {
+test('every version, level and mode of rMQR, full and mixed', async () => {
   const random = new Random(3);
-  assert.equal(rmqrVersions.length, 32);
-  for (const version of rmqrVersions) {
-    for (const level of ['M', 'H']) {
-      await check('rmqr', 'RMQRCode', random.string(digits, version === 'R7x43' && level === 'H' ? 4 : 6), version, level);
-      const [, rows, columns] = version.match(/R(\d+)x(\d+)/).map(Number);
-      const room = Math.max(1, Math.floor((rows * columns - 260) / (level === 'M' ? 20 : 45)));
-      if (rows * columns > 600) await check('rmqr', 'RMQRCode', mixture(random, room), version, level);
-    }
-  }
-});
-
-test('every length in every mode, in the version that comes out', async () => {
-  const random = new Random(4);
-  const contents = [
-    (length) => [random.string(digits, length), []],
-    (length) => [random.string(alphanumeric, length), []],
-    (length) => [random.string(bytes, length), []],
-    (length) => [Array.from({ length }, () => kanji[random.below(kanji.length)]).join(''), ['--mode', 'kanji']],
-    (length) => [mixture(random, length), []],
-  ];
-  for (const content of contents) {
-    for (let length = 1; length < 45; length += 1 + Math.floor(length / 20)) {
-      for (const name of ['qr', 'rmqr']) {
-        const [data, options] = content(length);
-        const level = name === 'qr' ? levels[length % 4] : 'MH'[length % 2];
-        const result = await readBack(name, data, 'QRCode', ['--module', '2', '--level', level, ...options], { isPure: true });
-        assert.equal(bytesOf(result), data, `${name} ${JSON.stringify(data)}`);
-        assert.equal(JSON.parse(result.extra).UEC, 1, `${name} ${JSON.stringify(data)}`);
+  assert.equal(rmqr.length, 32);
+  for (const [version, m, h, counts] of rmqr) {
+    for (const [level, codewords] of [['M', m], ['H', h]]) {
+      for (const [index, mode] of modes.entries()) {
+        await checkMode('rmqr', random, mode, 8 * codewords - 3 - counts[index], version, level, [0, 1, 2], () => ({}));
       }
+      if (codewords > 20) await check('rmqr', mixture(random, codewords / 2), version, level);
     }
   }
 });
 
-test('GS1 QR is read as GS1, with separators where they belong', async () => {
-  const random = new Random(7);
-  const texts = ['(01)09501101530003(10)AB%1(21)42', '(10)%%%(21)%', '(10)AB%(21)a%b(91)%'];
-  for (let round = 0; round < 40; ++round) {
-    const fields = ['10', '21', '91', '92'].slice(0, 1 + random.below(4));
-    const alphabets = [digits, 'ABC%', 'A%', 'ab%', `${digits}${digits}%A-`];
-    texts.push(fields.map((ai) => `(${ai})${random.string(alphabets[random.below(5)], 1 + random.below(20))}`).join(''));
-  }
-  for (const text of texts) {
-    const result = await readBack('gs1-qr', text, 'QRCode', ['--level', 'L']);
-    const plain = text.replace('(01)', '01').replace(/^\((\d\d)\)/, '$1').replace('0003(10)', '000310').replace(/\((\d\d)\)/g, '\x1d$1');
-    assert.equal(bytesOf(result), plain, text);
-    assert.equal(result.contentType, 'GS1');
-    assert.equal(JSON.parse(result.extra).UEC, 1, text);
+test('GS1 QR is read as GS1, with separators where they belong, in every mode', async () => {
+  const random = new Random(4);
+  for (let i = 0; i < 80; ++i) {
+    // Batch, serial number and more, of variable length; small letters ask for byte mode, "%" for two characters.
+    const alphabet = [digits, `${alphanumeric}%%%%`, `${digits}abcde%`][i % 3].replace(/[ $]/g, '');
+    const elements = ['10', '21', '240', '37'].map((ai) => ai + random.string(ai === '37' ? digits : alphabet, 1 + random.below(8)));
+    const brackets = elements.map((e) => e.replace(/^(10|21|240|37)/, '($1)')).join('');
+    const result = await readBack('gs1-qr', `(01)09501101530003${brackets}`, 'QRCode', [], { isPure: true });
+    assert.equal(bytesOf(result), `0109501101530003${elements.join('\x1d')}`);
+    assert.deepEqual([result.contentType, result.symbologyIdentifier, JSON.parse(result.extra).UEC], ['GS1', ']Q3', 1]);
   }
 });
 
