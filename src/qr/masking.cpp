@@ -156,42 +156,50 @@ int rough_imbalance(int dark_modules, int side) {
   return std::abs((per_cent - 50) / 5);
 }
 
-/// ISO/IEC 18004:2015, 7.8.3.1: everything is counted for every mask; the lowest penalty wins, the lower
-/// number among equals.
+/// Finds the mask with the least penalty; the one that is judged first among equals.
+template <FinderRule rule, class Word, int kWords>
+class Judge {
+ public:
+  Judge(const MaskedSymbols<Word, kWords>& symbols, int side) : symbols_(symbols), side_(side), grid_(side) {}
+
+  /// `squares` are those of the symbol under this mask.
+  void take(int mask, int squares) {
+    symbols_.copy_to(grid_, mask);
+    const auto counts = grid_.template counts<rule>();
+    const int fives = rule == FinderRule::published ? imbalance(counts.dark_modules, side_)
+                                                    : rough_imbalance(counts.dark_modules, side_);
+    const int penalty = counts.runs + 3 * squares + 40 * counts.finder_likes + 10 * fives;
+    if (best_.mask < 0 || penalty < best_.score) best_ = {mask, penalty};
+  }
+  [[nodiscard]] int best() const { return best_.mask; }
+
+ private:
+  const MaskedSymbols<Word, kWords>& symbols_;
+  int side_;
+  MaskedGrid<Word, kWords> grid_;
+  Score best_{-1, 0};
+};
+
+/// ISO/IEC 18004:2015, 7.8.3.1: everything is counted for every mask.
 template <class Word, int kWords>
 int least_penalty(const MaskedSymbols<Word, kWords>& symbols, int side) {
+  Judge<FinderRule::published, Word, kWords> judge(symbols, side);
   const std::array<int, 8> squares = symbols.squares();
-  MaskedGrid<Word, kWords> grid(side);
-  Score best{-1, 0};
-  for (int mask = 0; mask < 8; ++mask) {
-    symbols.copy_to(grid, mask);
-    const auto counts = grid.template counts<FinderRule::published>();
-    const int penalty = 3 * squares[static_cast<std::size_t>(mask)] + counts.runs + 40 * counts.finder_likes +
-                        10 * imbalance(counts.dark_modules, side);
-    if (best.mask < 0 || penalty < best.score) best = {mask, penalty};
-  }
-  return best.mask;
+  for (int mask = 0; mask < 8; ++mask) judge.take(mask, squares[static_cast<std::size_t>(mask)]);
+  return judge.best();
 }
 
-/// Dialect::korvex32: the three masks with the fewest squares of one colour, and of these the one with the
-/// least penalty, the one with fewer squares among equals.
+/// Dialect::korvex32: only the three masks with the fewest squares of one colour are judged, these first.
 template <class Word, int kWords>
 int least_penalty_of_three(const MaskedSymbols<Word, kWords>& symbols, int side) {
-  const std::array<int, 8> squares = symbols.squares();
-  MaskedGrid<Word, kWords> grid(side);
-  Score best{-1, 0};
-  std::array<int, 8> left = squares;
+  Judge<FinderRule::korvex32, Word, kWords> judge(symbols, side);
+  std::array<int, 8> left = symbols.squares();
   for (int judged = 0; judged < 3; ++judged) {
     const auto fewest = std::ranges::min_element(left);  // the lower number among equals
+    judge.take(static_cast<int>(fewest - left.begin()), *fewest);
     *fewest = std::numeric_limits<int>::max();
-    const int mask = static_cast<int>(fewest - left.begin());
-    symbols.copy_to(grid, mask);
-    const auto counts = grid.template counts<FinderRule::korvex32>();
-    const int penalty = 3 * squares[static_cast<std::size_t>(mask)] + counts.runs + 40 * counts.finder_likes +
-                        10 * rough_imbalance(counts.dark_modules, side);
-    if (best.mask < 0 || penalty < best.score) best = {mask, penalty};
   }
-  return best.mask;
+  return judge.best();
 }
 
 template <class Word, int kWords>
