@@ -30,13 +30,13 @@ constexpr std::string_view kSets = "NXYZ-";
 constexpr auto kSetsOf = [] {
   std::array<std::uint8_t, 256> sets{};
   for (const char c : kSet82) {
-    const auto byte = static_cast<std::size_t>(c);
+    const auto byte = static_cast<unsigned char>(c);
     sets[byte] = static_cast<std::uint8_t>(sets[byte] | 2U);
     const bool base_64 = is_digit(c) || is_capital(c) || (c >= 'a' && c <= 'z') || c == '-' || c == '_';
     if (is_digit(c)) sets[byte] |= 1U;
     if (base_64 || c == '=') sets[byte] |= 8U;
   }
-  for (const char c : kSet39) sets[static_cast<std::size_t>(c)] |= 4U;
+  for (const char c : kSet39) sets[static_cast<unsigned char>(c)] |= 4U;
   sets['-'] |= 16U;
   return sets;
 }();
