@@ -271,11 +271,10 @@ void check_veri(Input& in) {
 }
 
 void check_gs1(Input& in) {
-  const bool bracketed = gs1::is_bracketed(in.rest());
   check([&] { return gs1::element_string(in.rest()); },
         [&](const std::string& plain, const std::string& again) {
           require(plain == again, "another text the second time");
-          require(bracketed || in.rest().empty(), "an element string without brackets");
+          require(!plain.empty(), "an element string of nothing");
           require(plain.empty() || plain.back() != gs1::kSeparator, "a separator at the end");
           require(plain.size() <= in.rest().size(), "a plain form longer than the bracketed one");
         });
