@@ -133,11 +133,12 @@ class Csv : public Splitter {
     }
     while (take_line(false)) {
     }
-    waiting_.erase(0, begin_);
-    parsed_ -= begin_;
-    looked_at_ -= begin_;
-    second_line_ -= std::min(second_line_, begin_);
-    begin_ = 0;
+    const std::size_t done = begin_ - std::min<std::size_t>(begin_, 1);  // a CR may be followed by its LF
+    waiting_.erase(0, done);
+    begin_ -= done;
+    parsed_ -= done;
+    looked_at_ -= done;
+    second_line_ -= std::min(second_line_, done);
   }
   void end() override {
     know_separator(is_separator_known_ ? csv_get_delim(&parser_) : ',');

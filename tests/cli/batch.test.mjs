@@ -19,6 +19,15 @@ function batch(folder, list, ...args) {
   return { out, status, stderr, pictures: pictures(out), failed: failures(out) };
 }
 
+test('a line keeps its number where the list is read in pieces', () =>
+  inFolder((folder) => {
+    // The first 65,536 bytes end between CR and LF, or beside them.
+    for (const size of [65534, 65535, 65536]) {
+      const list = 'symbology,data\r\nveri,'.padEnd(size, 'x') + '\r\nno,a\r\n';
+      assert.deepEqual(batch(folder, list).failed.map(({ line }) => line), [2, 3]);
+    }
+  }));
+
 test('a job draws what the same options draw, from JSON and from CSV', () =>
   inFolder((folder) => {
     writeFileSync(join(folder, 'bytes.bin'), Buffer.from([0, 255, 10]));
