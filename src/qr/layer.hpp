@@ -17,6 +17,12 @@ constexpr std::uint64_t bit_range(int begin, int end) {
   return from(begin) & ~from(end);
 }
 
+/// A word whose first `count` columns are ones: none from 0 down, all from its width up.
+template <class Word>
+constexpr Word first_columns(int count) {
+  return static_cast<Word>(bit_range(0, count) >> (64 - 8 * sizeof(Word)));
+}
+
 /// One bit a module. Word w of a row has columns 64 w to 64 w + 63, the first in its most significant bit;
 /// the words of equal w of all rows lie side by side, so that loops over rows need no steps. Nothing is
 /// initialised.

@@ -37,8 +37,9 @@ inline constexpr int kMaskPeriod = 12;  // every pattern repeats after so many r
 template <class Word>
 using ForEachPattern = std::array<Word, 8>;
 
-/// [word of the row][row mod 12][pattern], packed as a Layer is in words of `Word`.
-template <class Word>
+/// [word of the row][row mod 12][pattern], packed as a Layer is in words of `Word`; also with rows and
+/// columns exchanged.
+template <class Word, bool kTransposed = false>
 inline constexpr auto kMaskPatterns = [] {
   constexpr int kWordBits = sizeof(Word) * 8;
   std::array<std::array<ForEachPattern<Word>, kMaskPeriod>, (kMostModules + kWordBits - 1) / kWordBits>
@@ -46,7 +47,8 @@ inline constexpr auto kMaskPatterns = [] {
   for (int column = 0; column < static_cast<int>(patterns.size()) * kWordBits; ++column) {
     for (int row = 0; row < kMaskPeriod; ++row) {
       for (int pattern = 0; pattern < 8; ++pattern) {
-        if (!mask_inverts(pattern, row, column)) continue;
+        if (!(kTransposed ? mask_inverts(pattern, column, row) : mask_inverts(pattern, row, column)))
+          continue;
         patterns[static_cast<std::size_t>(column / kWordBits)][static_cast<std::size_t>(row)]
                 [static_cast<std::size_t>(pattern)] |= Word{1} << (kWordBits - 1 - column % kWordBits);
       }

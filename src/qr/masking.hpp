@@ -11,8 +11,8 @@ struct MaskedSymbol {
   int mask;  // as the format information has it; rMQR has one pattern, number 4 of Model 2
 };
 
-/// Masks the data area with the pattern that scores best and writes the format information that names it. The
-/// dialect decides what Model 1 and Model 2 are judged by.
+/// Masks the data area with the pattern that scores best by the rule of the dialect and writes the format
+/// information that names it.
 MaskedSymbol best_masked(const Canvas& canvas, Level level, Dialect dialect);
 
 }  // namespace korvex::qr

@@ -1,9 +1,8 @@
 #include <algorithm>
 #include <bit>
-#include <cstring>
 
 #include "qr/construction.hpp"
-#include "qr/lanes.hpp"
+#include "qr/transpose.hpp"
 
 namespace korvex::qr {
 namespace {
@@ -15,7 +14,7 @@ namespace {
 constexpr int kPairsInWord = 32;
 
 /// 32 strips, 32 rows of each: a word has the pairs of a strip, the top row's in its most significant bits.
-using Grid = std::array<std::uint64_t, kPairsInWord>;
+using Grid = SquareOfCells<2>;
 /// Grids of the same strips below each other.
 using Grids = std::array<Grid, (kMostModules + kPairsInWord - 1) / kPairsInWord>;
 
@@ -110,40 +109,6 @@ void fill_strip(const Layer& area, int right, int left, unsigned rows, SequenceR
   }
 }
 
-/// In the first `rows` rows, exchanges the top right and the bottom left quarter of each square of 2 * kHalf
-/// pairs a side. Takes `Words` at once.
-template <std::size_t kHalf, class Words>
-void exchange_quarters(Grid& grid, std::size_t rows) {
-  constexpr int kShift = 2 * kHalf;
-  constexpr std::uint64_t kRightHalves = ~std::uint64_t{0} / ((std::uint64_t{1} << kShift) + 1);
-  constexpr std::size_t kStep = sizeof(Words) / 8;  // words at once
-  static_assert(kHalf % kStep == 0);
-  for (std::size_t square = 0; square < rows; square += 2 * kHalf) {
-    for (std::size_t i = square; i < square + kHalf; i += kStep) {
-      Words top;
-      Words bottom;
-      std::memcpy(&top, &grid[i], sizeof top);
-      std::memcpy(&bottom, &grid[i + kHalf], sizeof bottom);
-      const Words changed = (top ^ bottom >> kShift) & kRightHalves;
-      top ^= changed;
-      bottom ^= changed << kShift;
-      std::memcpy(&grid[i], &top, sizeof top);
-      std::memcpy(&grid[i + kHalf], &bottom, sizeof bottom);
-    }
-  }
-}
-
-/// Exchanges rows and columns of a grid of 32 x 32 pairs; only the first `rows` rows of the result are
-/// wanted.
-void transpose(Grid& grid, int rows) {
-  const std::size_t wanted = rows <= kPairsInWord / 2 ? kPairsInWord / 2 : kPairsInWord;
-  exchange_quarters<16, Lanes<std::uint64_t>>(grid, kPairsInWord);
-  exchange_quarters<8, Lanes<std::uint64_t>>(grid, wanted);
-  exchange_quarters<4, Lanes<std::uint64_t>>(grid, wanted);
-  exchange_quarters<2, Lanes<std::uint64_t>>(grid, wanted);
-  exchange_quarters<1, std::uint64_t>(grid, wanted);
-}
-
 /// Draws what transposed strips have in word `word` of `count` rows from `first_row` on. Columns from the
 /// skipped one on move one to the right, the last of a word into the next word.
 void draw_rows(const Grid& grid, int first_row, int count, int word, int skipped_column, Canvas& canvas) {
@@ -208,7 +173,7 @@ void place_codewords(const CodewordBuffer& sequence, Canvas& canvas) {
     for (std::size_t i = 0; i < grid_count; ++i) {
       const int first_row = static_cast<int>(i) * kPairsInWord;
       const int grid_rows = std::min(kPairsInWord, canvas.rows - first_row);
-      transpose(grids[i], grid_rows);
+      transpose<2>(grids[i], grid_rows);
       draw_rows(grids[i], first_row, grid_rows, word, layout.skipped_column, canvas);
     }
   }

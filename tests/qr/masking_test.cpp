@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "qr/error_correction.hpp"
 #include "qr/format_information.hpp"
 #include "qr/mask_patterns.hpp"
@@ -65,7 +67,22 @@ int slow_runs(const Modules& m) {
   return sum;
 }
 
-int slow_finder_likes(const Modules& m) {
+/// ISO/IEC 18004:2015, 7.8.3.1. Everything around the symbol is light.
+int slow_standard_finder_likes(const Modules& m) {
+  int count = 0;
+  for (const auto& line : m) {
+    std::string text = "....";
+    for (const bool dark : line) text += dark ? '#' : '.';
+    text += "....";
+    for (std::size_t at = 4; at + 11 <= text.size(); ++at) {
+      if (text.substr(at, 7) != "#.###.#") continue;
+      if (text.substr(at - 4, 4) == "...." || text.substr(at + 7, 4) == "....") ++count;
+    }
+  }
+  return count;
+}
+
+int slow_old_finder_likes(const Modules& m) {
   int count = 0;
   for (const auto& line : m) {
     const std::vector<int> runs = runs_of(line);
@@ -79,37 +96,13 @@ int slow_finder_likes(const Modules& m) {
   return count;
 }
 
-/// 1011101 with four light modules before or behind it; outside everything is light.
-int slow_published_finder_likes(const Modules& m) {
-  int count = 0;
-  for (const auto& line : m) {
-    std::string text = "....";
-    for (const bool module : line) text += module ? '#' : '.';
-    text += "....";
-    for (std::size_t at = text.find("#.###.#"); at != std::string::npos; at = text.find("#.###.#", at + 1)) {
-      if (text.compare(at - 4, 4, "....") == 0 || text.compare(at + 7, 4, "....") == 0) ++count;
-    }
-  }
-  return count;
-}
-
-int slow_published_penalty(const Modules& m) {
+Penalty slow_penalty(const Modules& m, Dialect dialect) {
+  const auto finder_likes = dialect == Dialect::standard ? slow_standard_finder_likes : slow_old_finder_likes;
   const Modules columns = transposed(m);
-  int dark = 0;
-  for (const auto& line : m) dark += static_cast<int>(std::ranges::count(line, true));
-  const double per_cent = 100.0 * dark / static_cast<double>(m.size() * m.size());
-  return slow_runs(m) + slow_runs(columns) + 3 * slow_squares(m) +
-         40 * (slow_published_finder_likes(m) + slow_published_finder_likes(columns)) +
-         10 * static_cast<int>(std::abs(per_cent - 50) / 5);
-}
-
-int slow_penalty(const Modules& m) {
-  const Modules columns = transposed(m);
-  int dark = 0;
-  for (const auto& line : m) dark += static_cast<int>(std::ranges::count(line, true));
-  const int per_cent = dark / (static_cast<int>(m.size() * m.size()) / 100);
-  return slow_runs(m) + slow_runs(columns) + 40 * (slow_finder_likes(m) + slow_finder_likes(columns)) +
-         10 * std::abs((per_cent - 50) / 5);
+  Penalty penalty{slow_squares(m), slow_runs(m) + slow_runs(columns), finder_likes(m) + finder_likes(columns),
+                  0};
+  for (const auto& line : m) penalty.dark_modules += static_cast<int>(std::ranges::count(line, true));
+  return penalty;
 }
 
 Modules to_modules(const ModuleMatrix& matrix) {
@@ -122,24 +115,12 @@ Modules to_modules(const ModuleMatrix& matrix) {
   return modules;
 }
 
-/// The symbol with `mask` in place of the mask that it has, format information included.
-Modules remasked(const Symbol& symbol, int mask) {
-  Canvas canvas;
-  draw_function_patterns(symbol.type, symbol.version, canvas);
-  Modules modules = to_modules(symbol.modules);
-  const std::size_t side = modules.size();
-  for (int row = 0; row < canvas.rows; ++row) {
-    for (int column = 0; column < canvas.columns; ++column) {
-      if ((canvas.data_area.word(row, column / 64) >> (63 - column % 64) & 1U) == 0) continue;
-      const bool changes = mask_inverts(symbol.mask, row, column) != mask_inverts(mask, row, column);
-      auto module = modules[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
-      if (changes) module = !module;
-    }
-  }
-  // ISO/IEC 18004:2015, Figure 25: bit 0 first.
+/// ISO/IEC 18004:2015, Figure 25.
+void draw_format(std::uint32_t format, Modules& modules) {
+  // Bit 0 first.
   constexpr std::size_t kAround[15][2] = {{0, 8}, {1, 8}, {2, 8}, {3, 8}, {4, 8}, {5, 8}, {7, 8}, {8, 8},
                                           {8, 7}, {8, 5}, {8, 4}, {8, 3}, {8, 2}, {8, 1}, {8, 0}};
-  const std::uint32_t format = format_information(symbol.type, symbol.level, mask);
+  const std::size_t side = modules.size();
   for (std::size_t bit = 0; bit < 15; ++bit) {
     const bool dark = (format >> bit & 1U) != 0;
     modules[kAround[bit][0]][kAround[bit][1]] = dark;
@@ -149,35 +130,44 @@ Modules remasked(const Symbol& symbol, int mask) {
       modules[side - 15 + bit][8] = dark;
     }
   }
+}
+
+/// The symbol with `mask` in place of the mask that it has, format information included.
+Modules remasked(const Symbol& symbol, int mask) {
+  Canvas canvas;
+  draw_function_patterns(symbol.type, symbol.version, canvas);
+  Modules modules = to_modules(symbol.modules);
+  for (int row = 0; row < canvas.rows; ++row) {
+    for (int column = 0; column < canvas.columns; ++column) {
+      if ((canvas.data_area.word(row, column / 64) >> (63 - column % 64) & 1U) == 0) continue;
+      const bool changes = mask_inverts(symbol.mask, row, column) != mask_inverts(mask, row, column);
+      auto module = modules[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+      if (changes) module = !module;
+    }
+  }
+  draw_format(format_information(symbol.type, symbol.level, mask), modules);
   return modules;
 }
 
-/// The mask of the dialect's choice, and the modules that come out.
-std::pair<int, Modules> slow_choice(const Symbol& symbol, Dialect dialect) {
-  if (dialect == Dialect::standard) {
-    int best = 0;
-    int least = slow_published_penalty(remasked(symbol, 0));
-    for (int mask = 1; mask < 8; ++mask) {
-      const int penalty = slow_published_penalty(remasked(symbol, mask));
-      if (penalty >= least) continue;
-      best = mask;
-      least = penalty;
-    }
-    return {best, remasked(symbol, best)};
+/// The mask of the lowest penalty. The old dialect ranks three by their squares first.
+int slow_choice(const Symbol& symbol, Dialect dialect) {
+  std::vector<std::pair<double, int>> ranked;  // penalty, mask
+  for (int mask = 0; mask < 8; ++mask) {
+    const double squares = dialect == Dialect::standard ? 0 : slow_squares(remasked(symbol, mask));
+    ranked.emplace_back(squares, mask);
   }
-  std::vector<std::pair<int, int>> ranked;  // score, mask
-  for (int mask = 0; mask < 8; ++mask)
-    ranked.emplace_back(20888 - 3 * slow_squares(remasked(symbol, mask)), mask);
-  std::ranges::stable_sort(ranked, std::greater(), &std::pair<int, int>::first);
-  int best = -1;
-  int best_score = 0;
-  for (std::size_t i = 0; i < 3; ++i) {
-    const int score = ranked[i].first - slow_penalty(remasked(symbol, ranked[i].second));
-    if (best >= 0 && score <= best_score) continue;
-    best = ranked[i].second;
-    best_score = score;
+  std::ranges::stable_sort(ranked, {}, &std::pair<double, int>::first);
+  if (dialect == Dialect::korvex32) ranked.resize(3);
+  for (auto& [sum, mask] : ranked) {
+    const Modules m = remasked(symbol, mask);
+    const Penalty penalty = slow_penalty(m, dialect);
+    const double modules = static_cast<double>(m.size() * m.size());
+    const double steps = dialect == Dialect::standard
+                             ? std::floor(std::abs(100 * penalty.dark_modules / modules - 50) / 5)
+                             : std::abs((penalty.dark_modules / (static_cast<int>(modules) / 100) - 50) / 5);
+    sum = penalty.runs + 3 * penalty.squares + 40 * penalty.finder_likes + 10 * steps;
   }
-  return {best, remasked(symbol, best)};
+  return std::ranges::min_element(ranked, {}, &std::pair<double, int>::first)->second;
 }
 
 Symbol encoded(const Options& options, const test::Bytes& data) {
@@ -189,8 +179,8 @@ Symbol encoded(const Options& options, const test::Bytes& data) {
 TEST(QrMasking, SecondWritingChoosesTheSameMask) {
   std::mt19937 random(20);
   for (const SymbolType type : {SymbolType::model1, SymbolType::model2}) {
-    for (int version = 1; version <= 40; ++version) {
-      for (int i = 0; i < (version < 5 ? 40 : 4); ++i) {
+    for (int version = 1; version <= 40; version += version < 10 ? 1 : 3) {
+      for (int i = 0; i < (version < 5 ? 20 : 2); ++i) {
         // All of one byte gives long runs and large squares, random bytes fill the symbol.
         const int fitting = type == SymbolType::model1 ? std::min(version, 14) : version;
         const int most = capacity(type, fitting, Level::medium).data_codewords - 4;
@@ -198,12 +188,13 @@ TEST(QrMasking, SecondWritingChoosesTheSameMask) {
             static_cast<std::size_t>(1 + static_cast<int>(random() % static_cast<unsigned>(most)));
         const auto byte = static_cast<std::uint8_t>(random());
         const test::Bytes data = i % 2 == 0 ? test::Bytes(length, byte) : test::random_bytes(random, length);
-        const Dialect dialect = i / 2 % 2 == 0 ? Dialect::standard : Dialect::korvex32;
-        const Symbol symbol =
-            encoded({.type = type, .version = version, .mode = Mode::byte, .dialect = dialect}, data);
-        const auto [mask, modules] = slow_choice(symbol, dialect);
-        EXPECT_EQ(symbol.mask, mask) << "version " << version << ", " << test::to_hex(data);
-        EXPECT_EQ(to_modules(symbol.modules), modules);
+        for (const Dialect dialect : {Dialect::standard, Dialect::korvex32}) {
+          const Symbol symbol =
+              encoded({.type = type, .version = version, .mode = Mode::byte, .dialect = dialect}, data);
+          const int mask = slow_choice(symbol, dialect);
+          EXPECT_EQ(symbol.mask, mask) << "version " << version << ", " << test::to_hex(data);
+          EXPECT_EQ(to_modules(symbol.modules), remasked(symbol, mask));
+        }
       }
     }
   }
@@ -211,43 +202,46 @@ TEST(QrMasking, SecondWritingChoosesTheSameMask) {
 
 // ---- The counts one by one ----
 
-template <class Word, int kWords>
-void expect_counts(const Modules& m) {
-  MaskedGrid<Word, kWords> grid(static_cast<int>(m.size()));
-  for (std::size_t row = 0; row < m.size(); ++row) {
-    for (int word = 0; word < kWords; ++word) grid.word(word, static_cast<int>(row)) = 0;
-    for (std::size_t column = 0; column < m.size(); ++column) {
-      constexpr std::size_t kBits = sizeof(Word) * 8;
-      if (m[row][column]) {
-        grid.word(static_cast<int>(column / kBits), static_cast<int>(row)) |= Word{1}
-                                                                              << (kBits - 1 - column % kBits);
-      }
+template <Dialect kDialect, class Word>
+void expect_counts(Modules m) {
+  constexpr std::uint32_t kFormat = 0b101101110110011;
+  constexpr std::uint32_t kReversed = 0b110011011101101;
+  const int side = static_cast<int>(m.size());
+  draw_format(0, m);
+  m[m.size() - 8][8] = true;  // the dark module
+  Canvas canvas{};
+  canvas.columns = side;
+  canvas.words = (side + 63) / 64;
+  for (int row = 0; row < side; ++row) {
+    for (int column = 0; column < side; ++column) {
+      if (m[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)]) canvas.dark.set(row, column);
     }
   }
-  const auto published = grid.template counts<FinderRule::published>();
-  const auto counts = grid.template counts<FinderRule::korvex32>();
-  const Modules columns = transposed(m);
-  int dark = 0;
-  for (const auto& line : m) dark += static_cast<int>(std::ranges::count(line, true));
-  EXPECT_EQ(counts.dark_modules, dark);
-  EXPECT_EQ(counts.runs, slow_runs(m) + slow_runs(columns));
-  EXPECT_EQ(counts.finder_likes, slow_finder_likes(m) + slow_finder_likes(columns));
-  EXPECT_EQ(published.runs, counts.runs);
-  EXPECT_EQ(published.dark_modules, dark);
-  EXPECT_EQ(published.finder_likes, slow_published_finder_likes(m) + slow_published_finder_likes(columns));
+  Formats<Word> formats;
+  formats.upright[7] = kFormat;
+  formats.transposed[7] = kReversed;
+  const Penalty counted = penalties<kDialect, Word>(canvas, formats)[7];
+  draw_format(kFormat, m);
+  const Penalty expected = slow_penalty(m, kDialect);
+  EXPECT_EQ(counted.squares, expected.squares);
+  EXPECT_EQ(counted.runs, expected.runs);
+  EXPECT_EQ(counted.finder_likes, expected.finder_likes);
+  EXPECT_EQ(counted.dark_modules, expected.dark_modules);
 }
 
 void expect_counts_of_any_width(const Modules& m) {
-  if (m.size() <= 32) expect_counts<std::uint32_t, 1>(m);
-  if (m.size() <= 64) expect_counts<std::uint64_t, 1>(m);
-  if (m.size() <= 128) expect_counts<std::uint64_t, 2>(m);
-  expect_counts<std::uint64_t, 3>(m);
+  expect_counts<Dialect::standard, std::uint64_t>(m);
+  expect_counts<Dialect::korvex32, std::uint64_t>(m);
+  if (m.size() > 32) return;
+  expect_counts<Dialect::standard, std::uint32_t>(m);
+  expect_counts<Dialect::korvex32, std::uint32_t>(m);
 }
 
-// Grids that data seldom gives: one colour, large patterns across word edges, patterns at every edge.
+// Grids that data seldom gives: one colour, large patterns across word edges, patterns at every edge. In
+// versions 12, 13, 28 and 29 format information lies across a word's edge.
 TEST(QrMasking, CountsAgreeOnGridsOfEveryKind) {
   std::mt19937 random(21);
-  for (int version = 1; version <= 40; version += version < 4 ? 1 : 3) {
+  for (const int version : {1, 2, 3, 4, 7, 11, 12, 13, 14, 19, 27, 28, 29, 34, 40}) {
     const std::size_t side = static_cast<std::size_t>(4 * version + 17);
     for (int kind = 0; kind < 12; ++kind) {
       Modules m(side, std::vector<bool>(side, kind == 1));
@@ -276,28 +270,31 @@ TEST(QrMasking, CountsAgreeOnGridsOfEveryKind) {
 TEST(QrMasking, FinderLikePatternsNeedLightOnOneSide) {
   const struct {
     std::string line;  // 21 modules
-    int korvex32;
-    int published;
+    int standard;
+    int old;
     const char* why;
   } cases[] = {
       {".......#.###.#.......", 1, 1, "light on both sides"},
       {"..#....#.###.#.#.....", 1, 1, "four light modules before"},
       {"...#...#.###.#.#.....", 0, 0, "three before, one after"},
-      {"#.###.#....#.........", 1, 1, "at the left edge nothing is before, four are after"},
-      {"#.###.#...#..........", 0, 1,
-       "three after, and the left edge, past which light goes on as published"},
+      {"#.###.#....#.........", 1, 1, "at the left edge four are after"},
+      {"#.###.#...#..........", 1, 0, "three after: light before the left edge counts by the standard"},
+      {"..#.###.#.#..........", 1, 0, "two before, and light beyond the edge"},
       {"..............#.###.#", 1, 1, "ends at the right edge: light goes on there"},
       {"............#.#.###.#", 1, 1, "the same, whatever is before"},
+      {"..#....##.###.##.....", 0, 0, "the outer ones go on towards the light"},
+      {"..#....#.###.##......", 1, 0, "and away from it"},
+      {"......##.###.#.......", 1, 0, "the same on the other side"},
+      {"....#.###.#.###.#....", 2, 2, "two that share a module"},
       {"##..######..##...#...", 0, 0, "a unit of two needs eight light modules"},
-      {".....##..######..##..", 1, 0, "and has them past the right edge"},
-      {"......#.###.##......#", 0, 1, "an outer dark run of two on the side that is not light"},
+      {".....##..######..##..", 0, 1, "and has them past the right edge, by the old rule"},
       {"#..######..##........", 0, 0, "1 : 2 : 6 : 2 : 2"},
   };
-  for (const auto& [line, korvex32, published, why] : cases) {
+  for (const auto& [line, standard, old, why] : cases) {
     Modules m(line.size(), std::vector<bool>(line.size(), false));
     for (std::size_t i = 0; i < line.size(); ++i) m[10][i] = line[i] == '#';
-    EXPECT_EQ(slow_finder_likes(m), korvex32) << line << ": " << why;
-    EXPECT_EQ(slow_published_finder_likes(m), published) << line << ": " << why;
+    EXPECT_EQ(slow_standard_finder_likes(m), standard) << line << ": " << why;
+    EXPECT_EQ(slow_old_finder_likes(m), old) << line << ": " << why;
     expect_counts_of_any_width(m);
     expect_counts_of_any_width(transposed(m));
   }
